@@ -1,0 +1,87 @@
+#!/bin/bash
+# run_tests.sh [native|windows|rules ...]: runs the built tests, all groups without an argument.
+# Prints what failed and ends in "N passed, N failed". Exit code 1 when anything failed.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+groups=("$@")
+[ ${#groups[@]} -gt 0 ] || groups=(rules native windows)
+passed=0
+failed=0
+
+# run_program GROUP NAME COMMAND...: counts the cases of one GoogleTest program by its report.
+run_program() {
+  local group=$1 name=$2
+  shift 2
+  local folder="build/results/$group"
+  mkdir -p "$folder"
+  local report="$folder/$name.xml" log="$folder/$name.log" started=$SECONDS
+  rm -f "$report"
+  "$@" "--gtest_output=xml:$report" >"$log" 2>&1 </dev/null
+  local code=$? tests=0 failures=0
+  if [ -e "$report" ]; then
+    read -r tests failures < <(awk 'match($0,/<testsuites tests="[0-9]+"/){t=substr($0,RSTART+19,RLENGTH-20)}
+      match($0,/<testsuites [^>]*failures="[0-9]+"/){s=substr($0,RSTART,RLENGTH);sub(/.*failures="/,"",s);f=s+0}
+      END{print t+0, f+0}' "$report")
+  fi
+  if [ "$code" -ne 0 ] && [ "$failures" -eq 0 ]; then
+    failures=1  # it ended badly without saying so
+    [ "$tests" -gt 0 ] || tests=1
+  fi
+  passed=$((passed + tests - failures))
+  failed=$((failed + failures))
+  if [ "$failures" -gt 0 ]; then
+    echo "FAILED $group/$name (exit code $code)"
+    grep -E -A12 'Failure|ERROR: |runtime error|^\[  FAILED' "$log" | head -60
+    echo "  whole output: $log"
+  elif [ $((SECONDS - started)) -gt 20 ]; then
+    echo "  $group/$name took $((SECONDS - started)) s"
+  fi
+}
+
+# run_check NAME COMMAND...: one check that is a command.
+run_check() {
+  local name=$1 log
+  shift
+  log=$(mktemp)
+  if "$@" >"$log" 2>&1; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    echo "FAILED $name"
+    head -40 "$log"
+  fi
+  rm -f "$log"
+}
+
+for group in "${groups[@]}"; do
+  case $group in
+    rules)
+      run_check rules/includes scripts/check_includes.sh
+      ;;
+    native)
+      export ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1
+      while read -r name; do
+        run_program native "$name" timeout 600 "build/native/tests/$name"
+      done <build/native/test_programs.txt
+      ;;
+    windows)
+      source scripts/wine_env.sh
+      wine_start || exit 1
+      while read -r name; do
+        run_program windows "$name" wine "build/windows/bin/$name.exe"
+      done <build/windows/test_programs.txt
+      # The answers must not depend on the system's code page: once more where it is 1252.
+      wine_locale=C.UTF-8
+      while read -r name; do
+        run_program windows-1252 "$name" wine "build/windows/bin/$name.exe"
+      done < <(grep -vE 'recordstore|faults' build/windows/test_programs.txt)
+      wine_stop
+      ;;
+    *)
+      echo "run_tests.sh: unknown group $group" >&2
+      exit 2
+      ;;
+  esac
+done
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]

@@ -1,0 +1,42 @@
+#!/bin/bash
+# Installs what the build needs and is missing: Debian packages and the pinned third-party sources.
+# Quiet when there is nothing to do. Sourced by test.sh and run.sh; can be run alone.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# package:a file that it brings, so that a repeated run asks nobody
+needed=(
+  g++:/usr/bin/g++ cmake:/usr/bin/cmake ninja-build:/usr/bin/ninja git:/usr/bin/git
+  nodejs:/usr/bin/node npm:/usr/bin/npm ca-certificates:/usr/sbin/update-ca-certificates
+  googletest:/usr/src/googletest/googletest/src/gtest-all.cc
+  g++-mingw-w64-x86-64-posix:/usr/bin/x86_64-w64-mingw32-g++-posix
+  wine64:/usr/lib/wine/wine64 xvfb:/usr/bin/Xvfb xauth:/usr/bin/xauth
+  imagemagick:/usr/bin/import xdotool:/usr/bin/xdotool
+  fonts-ipafont-gothic:/usr/share/fonts/opentype/ipafont-gothic/ipag.ttf
+)
+missing=()
+for entry in "${needed[@]}"; do
+  [ -e "${entry#*:}" ] || missing+=("${entry%%:*}")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "Installing Debian packages: ${missing[*]}"
+  sudo=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "Missing: ${missing[*]}. Install them, or run this as root." >&2; exit 1; }
+    sudo=(sudo)
+  fi
+  log=$(mktemp)
+  if ! { "${sudo[@]}" apt-get update -qq &&
+         "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    echo "Could not install: ${missing[*]}" >&2
+    exit 1
+  fi
+  rm -f "$log"
+fi
+
+if [ ! -e node_modules/.package-lock.json ] || [ package-lock.json -nt node_modules/.package-lock.json ]; then
+  echo "Fetching the pinned third-party sources"
+  npm ci --ignore-scripts --loglevel=error >/dev/null
+  touch node_modules/.package-lock.json
+fi
