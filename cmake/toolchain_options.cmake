@@ -7,6 +7,9 @@ target_compile_options(kova_options INTERFACE
   -fexec-charset=CP932 -finput-charset=UTF-8)
 target_compile_options(kova_quiet INTERFACE -w)
 
+# GCC 12 warns of overlapping copies that cannot be in its own std::string (its bug 105651) when optimising.
+target_compile_options(kova_options INTERFACE -Wno-restrict)
+
 if(KOVA_SANITIZE)
   target_compile_options(kova_options INTERFACE
     -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -12,6 +12,7 @@ needed=(
   g++-mingw-w64-x86-64-posix:/usr/bin/x86_64-w64-mingw32-g++-posix
   wine64:/usr/lib/wine/wine64 xvfb:/usr/bin/Xvfb xauth:/usr/bin/xauth
   imagemagick:/usr/bin/import xdotool:/usr/bin/xdotool
+  locales:/usr/share/i18n/locales/ja_JP
   fonts-ipafont-gothic:/usr/share/fonts/opentype/ipafont-gothic/ipag.ttf
 )
 missing=()
@@ -39,4 +40,10 @@ if [ ! -e node_modules/.package-lock.json ] || [ package-lock.json -nt node_modu
   echo "Fetching the pinned third-party sources"
   npm ci --ignore-scripts --loglevel=error >/dev/null
   touch node_modules/.package-lock.json
+fi
+
+# Wine creates files with Japanese names only where the locale that it runs in really exists.
+if [ ! -e build/locale/ja_JP.UTF-8 ]; then
+  mkdir -p build/locale
+  localedef -i ja_JP -f UTF-8 build/locale/ja_JP.UTF-8
 fi

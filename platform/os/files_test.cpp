@@ -1,0 +1,198 @@
+#include "platform/os/files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "platform/os/application_profile.h"
+#include "platform/os/filesystem_path.h"
+#include "platform/os/paths.h"
+#include "platform/os/profile_file.h"
+#include "platform/os/program.h"
+#include "platform/os/testing/fake_files.h"
+#include "platform/os/testing/temporary_folder.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include "platform/os/input_method.h"
+#include "platform/os/win32/native_path.h"
+#endif
+
+namespace kova::os {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RealFilesTest : public ::testing::Test {
+ protected:
+  std::string Content(const std::string& path) {
+    std::string content;
+    return files.Read(path, 1 << 20, content) == FileOutcome::kOk ? content : "(unreadable)";
+  }
+  std::size_t Count() const {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder.Native())) ++count;
+    return count;
+  }
+
+  testing::TemporaryFolder folder{"files"};
+  Files& files = RealFiles();
+  std::string file = folder.Path() + "ソ.ini";
+};
+
+TEST_F(RealFilesTest, ReplacesWholeAndReadsBack) {
+  EXPECT_EQ(files.Kind(file), PathKind::kNothing);
+  EXPECT_EQ(files.Replace(file, "one"), FileOutcome::kOk);
+  EXPECT_EQ(files.Kind(file), PathKind::kFile);
+  EXPECT_EQ(files.Replace(file, std::string(70000, 'x')), FileOutcome::kOk);
+  EXPECT_EQ(Content(file), std::string(70000, 'x'));
+  EXPECT_EQ(files.Replace(file, ""), FileOutcome::kOk);
+  EXPECT_EQ(Content(file), "");
+  EXPECT_EQ(Count(), 1u);
+  EXPECT_TRUE(fs::exists(folder.Native() / ToFilesystemPath("ソ.ini")));
+}
+
+TEST_F(RealFilesTest, PreconditionIsChecked) {
+  EXPECT_EQ(files.Replace(file, "one", Precondition::Content("")), FileOutcome::kChanged);
+  EXPECT_EQ(files.Kind(file), PathKind::kNothing);
+  EXPECT_EQ(files.Replace(file, "one", Precondition::NoFile()), FileOutcome::kOk);
+  EXPECT_EQ(files.Replace(file, "two", Precondition::NoFile()), FileOutcome::kChanged);
+  EXPECT_EQ(files.Replace(file, "two", Precondition::Content("on")), FileOutcome::kChanged);
+  EXPECT_EQ(files.Replace(file, "two", Precondition::Content("one")), FileOutcome::kOk);
+  EXPECT_EQ(Content(file), "two");
+  EXPECT_EQ(Count(), 1u);
+}
+
+TEST_F(RealFilesTest, ReadLimits) {
+  ASSERT_EQ(files.Replace(file, "0123456789"), FileOutcome::kOk);
+  std::string content;
+  EXPECT_EQ(files.Read(file, 10, content), FileOutcome::kOk);
+  EXPECT_EQ(files.Read(file, 9, content), FileOutcome::kTooLarge);
+  EXPECT_EQ(content, "012345678");
+  EXPECT_EQ(files.Read(file, 0, content), FileOutcome::kTooLarge);
+  EXPECT_EQ(content, "");
+}
+
+TEST_F(RealFilesTest, NotThereAndFailedAreTold) {
+  std::string content = "old";
+  EXPECT_EQ(files.Read(file, 10, content), FileOutcome::kNotThere);
+  EXPECT_EQ(content, "");
+  EXPECT_EQ(files.Read(folder.Path() + "no\\such.ini", 10, content), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Read("", 10, content), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Read(std::string("a\0b", 3), 10, content), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Read(folder.Path(), 10, content), FileOutcome::kFailed);
+  EXPECT_EQ(files.Replace(folder.Path() + "no\\such.ini", "x"), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Replace(std::string(DropTrailingDelimiter(folder.Path())), "x"), FileOutcome::kFailed);
+}
+
+TEST_F(RealFilesTest, AReadOnlyFileIsLeftAlone) {
+  ASSERT_EQ(files.Replace(file, "one"), FileOutcome::kOk);
+  fs::permissions(ToFilesystemPath(file),
+                  fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  EXPECT_EQ(files.Replace(file, "two"), FileOutcome::kReadOnly);
+  EXPECT_EQ(UpdateProfileFile(files, file, "A", "k", "v"), FileOutcome::kReadOnly);
+  EXPECT_EQ(Content(file), "one");
+  fs::permissions(ToFilesystemPath(file), fs::perms::owner_all);
+  EXPECT_EQ(files.Replace(file, "two"), FileOutcome::kOk);
+}
+
+TEST_F(RealFilesTest, MakesEveryMissingFolder) {
+  const std::string deep = folder.Path() + "表\\b\\ソ\\";
+  EXPECT_EQ(files.MakeFolders(deep), FileOutcome::kOk);
+  EXPECT_EQ(files.MakeFolders(deep), FileOutcome::kOk);
+  EXPECT_EQ(files.Kind(deep), PathKind::kFolder);
+  EXPECT_EQ(files.Kind(DropTrailingDelimiter(deep)), PathKind::kFolder);
+  EXPECT_EQ(files.Kind(folder.Path() + "表\\b\\ソ"), PathKind::kFolder);
+  ASSERT_EQ(files.Replace(deep + "file", "x"), FileOutcome::kOk);
+  EXPECT_NE(files.MakeFolders(deep + "file\\below\\"), FileOutcome::kOk);
+  EXPECT_NE(files.MakeFolders(deep + "file\\"), FileOutcome::kOk);
+  EXPECT_NE(files.MakeFolders(""), FileOutcome::kOk);
+}
+
+TEST_F(RealFilesTest, LongPathsWork) {
+  std::string deep = folder.Path();
+  for (int i = 0; i < 12; ++i) deep += std::string(30, 'd') + "\\";
+  ASSERT_EQ(files.MakeFolders(deep), FileOutcome::kOk);
+  EXPECT_EQ(files.Replace(deep + "x.ini", "long"), FileOutcome::kOk);
+  EXPECT_EQ(Content(deep + "x.ini"), "long");
+#ifdef _WIN32
+  // What the standard library cannot remove in such a depth.
+  DeleteFileW(NativePath(deep + "x.ini").c_str());
+  for (; deep != folder.Path(); deep = std::string(ParentFolderOf(deep)))
+    RemoveDirectoryW(NativePath(deep).c_str());
+#endif
+}
+
+TEST_F(RealFilesTest, ALockIsHeldUntilItsEnd) {
+  std::unique_ptr<FileLock> first;
+  std::unique_ptr<FileLock> second;
+  const std::string name = file + ".lock";
+  ASSERT_EQ(files.Lock(name, 0, first), FileOutcome::kOk);
+  EXPECT_EQ(files.Lock(name, 30, second), FileOutcome::kBusy);
+  first.reset();
+  EXPECT_EQ(files.Lock(name, 0, second), FileOutcome::kOk);
+  EXPECT_EQ(files.Lock(folder.Path() + "no\\such.lock", 5000, first), FileOutcome::kNotThere);
+}
+
+TEST_F(RealFilesTest, ApplicationProfileInAFile) {
+  IniApplicationProfile profile(files, file);
+  EXPECT_EQ(profile.GetString("GLOBAL", "DATABASE", "none"), "none");
+  EXPECT_TRUE(profile.WriteString("GLOBAL", "DATABASE", "D:\\表"));
+  EXPECT_TRUE(profile.WriteInt("GLOBAL", "PROFILE", -3));
+  EXPECT_TRUE(profile.WriteString("GLOBAL", "EMPTY", ""));
+  EXPECT_EQ(profile.GetString("global", "database", ""), "D:\\表");
+  EXPECT_EQ(profile.GetInt("GLOBAL", "PROFILE", 0), -3);
+  EXPECT_EQ(profile.GetInt("GLOBAL", "EMPTY", 7), 7);
+  EXPECT_EQ(profile.GetInt("GLOBAL", "DATABASE", 7), 0);
+  EXPECT_EQ(Content(file), "[GLOBAL]\r\nDATABASE=D:\\表\r\nPROFILE=-3\r\nEMPTY=\r\n");
+  EXPECT_FALSE(IniApplicationProfile(files, "").WriteInt("A", "k", 1));
+}
+
+TEST(ProgramFolder, HoldsThisProgram) {
+  const std::string folder = ProgramFolder();
+  ASSERT_TRUE(folder.ends_with("\\"));
+  EXPECT_EQ(RealFiles().Kind(folder), PathKind::kFolder);
+}
+
+TEST(UpdateProfileFile, EveryFaultLeavesTheOldFile) {
+  const struct {
+    testing::FakeStep step;
+    FileOutcome outcome;
+  } rows[] = {{testing::FakeStep::kRead, FileOutcome::kBusy},
+              {testing::FakeStep::kRead, FileOutcome::kTooLarge},
+              {testing::FakeStep::kWrite, FileOutcome::kFull},
+              {testing::FakeStep::kRename, FileOutcome::kFailed},
+              {testing::FakeStep::kLock, FileOutcome::kBusy}};
+  for (const auto& row : rows) {
+    testing::FakeFiles files;
+    files.contents["x.ini"] = "[A]\nk=1\n";
+    files.failing = row.step;
+    files.failure = row.outcome;
+    EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "2"), row.outcome);
+    EXPECT_EQ(files.contents["x.ini"], "[A]\nk=1\n");
+    EXPECT_EQ(files.locksHeld, 0);
+  }
+}
+
+TEST(UpdateProfileFile, AForeignWriteInBetweenIsKept) {
+  testing::FakeFiles files;
+  int times = 0;
+  files.beforeRename = [&] {
+    if (++times <= 2) files.contents["x.ini"] = "[A]\nother=" + std::to_string(times) + "\n";
+  };
+  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "2"), FileOutcome::kOk);
+  EXPECT_EQ(files.contents["x.ini"], "[A]\nother=2\nk=2\n");
+  files.beforeRename = [&] { files.contents["x.ini"] = "[A]\nother=" + std::to_string(++times) + "\n"; };
+  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "3"), FileOutcome::kChanged);
+}
+
+#ifdef _WIN32
+TEST(InputMethod, AWindowWithoutOneHasNothing) {
+  EXPECT_FALSE(SystemInputMethod().Committed(nullptr).has_value());
+}
+#endif
+
+}  // namespace
+}  // namespace kova::os

@@ -83,7 +83,8 @@ struct Decoded {
   std::size_t length;  // bytes of the text that `value` stands for
 };
 
-// An undefined pair is handed out byte by byte; its trail byte has no partner, so both come back as they were.
+// An undefined pair is handed out byte by byte; its trail byte has no partner, so both come back as they
+// were.
 Decoded Decode(const Tables& tables, std::string_view text, std::size_t at) {
   const auto c = static_cast<unsigned char>(text[at]);
   if (CharLength(text, at) == 1) return {DecodeSingle(c), 1};
@@ -106,7 +107,8 @@ void PutUtf8(char32_t c, std::string& out) {
   }
 }
 
-// Walks the characters as ToUtf8 gives them, so that a broken pair's trail byte is a stray byte, not a lead byte.
+// Walks the characters as ToUtf8 gives them, so that a broken pair's trail byte is a stray byte, not a lead
+// byte.
 template <typename Put>
 void DecodeAll(std::string_view text, Put put) {
   const Tables& tables = GetTables();
@@ -206,6 +208,11 @@ int Encode(char32_t c) {
 }
 
 void AppendUtf8(std::string_view text, std::string& out) {
+  std::size_t ascii = 0;  // most texts of a practice's records are codes, dates and numbers
+  while (ascii < text.size() && static_cast<unsigned char>(text[ascii]) < 0x80) ++ascii;
+  out += text.substr(0, ascii);
+  if (ascii == text.size()) return;
+  text.remove_prefix(ascii);
   DecodeAll(text, [&](char32_t c) { PutUtf8(c, out); });
 }
 
@@ -229,6 +236,28 @@ bool FromUtf8(std::string_view utf8, std::string& out) {
     i += length;
   }
   return true;
+}
+
+std::size_t FromUtf8Into(std::string_view utf8, char* out, std::size_t capacity) {
+  const Tables& tables = GetTables();
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < utf8.size() && length < capacity;) {
+    if (static_cast<unsigned char>(utf8[i]) < 0x80) {
+      out[length++] = utf8[i++];
+      continue;
+    }
+    char32_t c = 0;
+    const std::size_t used = ReadUtf8(utf8, i, c);
+    std::uint16_t code = used == 0 ? std::uint16_t{0} : tables.encode[c];
+    if (code == 0) code = '?';
+    if (code > 0xFF) {
+      if (length + 2 > capacity) break;
+      out[length++] = static_cast<char>(code >> 8);
+    }
+    out[length++] = static_cast<char>(code & 0xFF);
+    i += used == 0 ? 1 : used;
+  }
+  return length;
 }
 
 std::u16string ToUtf16(std::string_view text) {

@@ -15,7 +15,8 @@ namespace {
 std::u16string PlatformDecode(std::string_view bytes) {
 #ifdef _WIN32
   wchar_t out[4];
-  const int n = MultiByteToWideChar(932, MB_ERR_INVALID_CHARS, bytes.data(), static_cast<int>(bytes.size()), out, 4);
+  const int n =
+      MultiByteToWideChar(932, MB_ERR_INVALID_CHARS, bytes.data(), static_cast<int>(bytes.size()), out, 4);
   return std::u16string(out, out + n);
 #else
   static const iconv_t converter = iconv_open("UTF-16LE", "CP932");
@@ -79,7 +80,8 @@ TEST(Cp932, EveryPairOfBytesComesBackButForTheDoubles) {
 }
 
 TEST(Cp932, HalfCharactersComeBackAndAreKeptApart) {
-  for (const char* text : {"\x95", "abc\x95", "\x95\x5C\x95", "\x85\x9F\x41", "\x82\xA0\x80", "\xFF\xA0\xFD"}) {
+  for (const char* text :
+       {"\x95", "abc\x95", "\x95\x5C\x95", "\x85\x9F\x41", "\x82\xA0\x80", "\xFF\xA0\xFD"}) {
     std::string back;
     ASSERT_TRUE(FromUtf8(ToUtf8(text), back));
     EXPECT_EQ(back, text);
@@ -101,7 +103,8 @@ TEST(Cp932, SearchesStepByCharacters) {
 
 TEST(Cp932, RejectsWhatTheCodePageCannotHold) {
   std::string out;
-  for (const char* bad : {"\xF0\x9F\x98\x80", "\xE2\x82\xAC", "\xC3\xA9", "\xFF", "\xE3\x81", "\xED\xA0\x80", "\xC0\x80"}) {
+  for (const char* bad :
+       {"\xF0\x9F\x98\x80", "\xE2\x82\xAC", "\xC3\xA9", "\xFF", "\xE3\x81", "\xED\xA0\x80", "\xC0\x80"}) {
     EXPECT_FALSE(FromUtf8(bad, out)) << bad;
   }
   EXPECT_TRUE(FromUtf8("\xE3\x80\x9C\xC2\xA5", out));  // 〜 and ¥ as other systems write them

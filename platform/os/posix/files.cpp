@@ -1,0 +1,196 @@
+#include "platform/os/files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <ctime>
+#include <utility>
+
+#include "platform/os/posix/native_path.h"
+
+namespace kova::os {
+namespace {
+
+constexpr timespec kPause{0, 1'000'000};
+
+// The one place where this system's errors become ours.
+FileOutcome OutcomeOf(int error) {
+  switch (error) {
+    case 0:
+      return FileOutcome::kOk;
+    case ENOENT:
+    case ENOTDIR:
+      return FileOutcome::kNotThere;
+    case EROFS:
+      return FileOutcome::kReadOnly;
+    case EWOULDBLOCK:
+    case EBUSY:
+      return FileOutcome::kBusy;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return FileOutcome::kFull;
+    default:
+      return FileOutcome::kFailed;
+  }
+}
+
+std::int64_t Milliseconds() {
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  int Get() const { return fd_; }
+  bool Valid() const { return fd_ >= 0; }
+
+ private:
+  int fd_;
+};
+
+class PosixLock final : public FileLock {
+ public:
+  explicit PosixLock(int fd) : descriptor_(fd) {}
+  int Get() const { return descriptor_.Get(); }
+
+ private:
+  Descriptor descriptor_;
+};
+
+FileOutcome ReadUpTo(int fd, std::size_t limit, std::string& content) {
+  struct stat status {};
+  if (::fstat(fd, &status) != 0) return OutcomeOf(errno);
+  if (S_ISDIR(status.st_mode)) return FileOutcome::kFailed;
+  // One byte more than the file is said to have, so that the end shows in the first read.
+  const std::size_t expected = status.st_size > 0 ? static_cast<std::size_t>(status.st_size) : 0;
+  content.resize((expected < limit ? expected : limit) + 1);
+  for (std::size_t filled = 0;;) {
+    const ssize_t got = ::read(fd, content.data() + filled, content.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) {
+      const int error = got < 0 ? errno : 0;
+      content.resize(error == 0 ? filled : 0);
+      return OutcomeOf(error);
+    }
+    filled += static_cast<std::size_t>(got);
+    if (filled > limit) {
+      content.resize(limit);
+      return FileOutcome::kTooLarge;
+    }
+    if (filled == content.size()) content.resize(filled + filled / 2 + 4096);
+  }
+}
+
+FileOutcome WriteAll(int fd, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t put = ::write(fd, content.data(), content.size());
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) return OutcomeOf(errno);
+    content.remove_prefix(static_cast<std::size_t>(put));
+  }
+  return ::fsync(fd) == 0 ? FileOutcome::kOk : OutcomeOf(errno);
+}
+
+// The folder's entry is what makes a renaming last.
+void FlushFolder(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.Valid()) ::fsync(descriptor.Get());
+}
+
+// True when the descriptor's file is still the one at `path`, not one that was renamed or removed meanwhile.
+bool IsAt(int fd, const std::string& path) {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(fd, &opened) == 0 && ::stat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+         opened.st_dev == named.st_dev;
+}
+
+class PosixFiles final : public Files {
+ public:
+  FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
+    content.clear();
+    const Descriptor descriptor(::open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC));
+    if (!descriptor.Valid()) return OutcomeOf(errno);
+    return ReadUpTo(descriptor.Get(), limit, content);
+  }
+
+  PathKind Kind(std::string_view path) override {
+    struct stat status {};
+    if (::stat(NativePath(path).c_str(), &status) != 0) return PathKind::kNothing;
+    return S_ISDIR(status.st_mode) ? PathKind::kFolder : PathKind::kFile;
+  }
+
+  FileOutcome MakeFolder(std::string_view path) override {
+    if (::mkdir(NativePath(path).c_str(), 0777) == 0) return FileOutcome::kOk;
+    const int error = errno;
+    return error == EEXIST && Kind(path) == PathKind::kFolder ? FileOutcome::kOk : OutcomeOf(error);
+  }
+
+  FileOutcome Replace(std::string_view path, std::string_view content,
+                      const Precondition& precondition) override {
+    const std::string target = NativePath(path);
+    const std::string temporary = target + ".new";
+    struct stat old {};
+    const bool there = ::stat(target.c_str(), &old) == 0;
+    if (there && !S_ISREG(old.st_mode)) return FileOutcome::kFailed;
+    if (there && (old.st_mode & 0222) == 0)
+      return FileOutcome::kReadOnly;  // root could write it; it must not
+
+    const Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666));
+    if (!file.Valid()) return OutcomeOf(errno);
+    if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return OutcomeOf(errno);
+    if (!IsAt(file.Get(), temporary)) return FileOutcome::kBusy;
+    FileOutcome outcome = ::ftruncate(file.Get(), 0) == 0 ? WriteAll(file.Get(), content) : OutcomeOf(errno);
+    if (outcome == FileOutcome::kOk && there && ::fchmod(file.Get(), old.st_mode & 07777) != 0) {
+      outcome = OutcomeOf(errno);
+    }
+    if (outcome == FileOutcome::kOk && !Holds(path, precondition)) outcome = FileOutcome::kChanged;
+    if (outcome == FileOutcome::kOk && ::rename(temporary.c_str(), target.c_str()) != 0)
+      outcome = OutcomeOf(errno);
+    if (outcome != FileOutcome::kOk) {
+      ::unlink(temporary.c_str());
+      return outcome;
+    }
+    FlushFolder(target);
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Lock(std::string_view path, int patience, std::unique_ptr<FileLock>& lock) override {
+    const std::string name = NativePath(path);
+    int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0 && errno == EACCES) fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);  // made by another user
+    if (fd < 0) return OutcomeOf(errno);
+    auto held = std::make_unique<PosixLock>(fd);
+    const std::int64_t end = Milliseconds() + patience;
+    while (::flock(held->Get(), LOCK_EX | LOCK_NB) != 0) {
+      if (errno != EWOULDBLOCK && errno != EINTR) return OutcomeOf(errno);
+      if (Milliseconds() >= end) return FileOutcome::kBusy;
+      ::nanosleep(&kPause, nullptr);
+    }
+    lock = std::move(held);
+    return FileOutcome::kOk;
+  }
+};
+
+}  // namespace
+
+Files& RealFiles() {
+  static PosixFiles files;
+  return files;
+}
+
+}  // namespace kova::os

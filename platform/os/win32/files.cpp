@@ -1,0 +1,209 @@
+#include "platform/os/files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/os/win32/native_path.h"
+
+namespace kova::os {
+namespace {
+
+constexpr DWORD kPause = 2;               // milliseconds
+constexpr ULONGLONG kReadPatience = 200;  // another program's replacement or profile write takes less
+constexpr ULONGLONG kMovePatience = 2000;
+
+// The one place where this system's errors become ours.
+FileOutcome OutcomeOf(DWORD error) {
+  switch (error) {
+    case ERROR_SUCCESS:
+      return FileOutcome::kOk;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_NOT_READY:
+      return FileOutcome::kNotThere;
+    case ERROR_WRITE_PROTECT:
+      return FileOutcome::kReadOnly;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return FileOutcome::kBusy;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      return FileOutcome::kFull;
+    default:
+      return FileOutcome::kFailed;
+  }
+}
+
+FileOutcome LastOutcome() { return OutcomeOf(GetLastError()); }
+
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : handle_(handle) {}
+  Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
+  Handle& operator=(Handle&&) = delete;
+  ~Handle() {
+    if (Valid()) CloseHandle(handle_);
+  }
+  HANDLE Get() const { return handle_; }
+  bool Valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+ private:
+  HANDLE handle_;
+};
+
+class Win32Lock final : public FileLock {
+ public:
+  explicit Win32Lock(Handle handle) : handle_(std::move(handle)) {}
+
+ private:
+  Handle handle_;
+};
+
+// Calls attempt() until it succeeds, fails for good, or has been refused by another program for `patience`
+// ms. A file that is just being replaced can refuse access, too.
+template <typename Attempt>
+bool Retry(ULONGLONG patience, bool deniedCanPass, Attempt attempt) {
+  const ULONGLONG end = GetTickCount64() + patience;
+  while (!attempt()) {
+    const DWORD error = GetLastError();
+    const bool passing =
+        OutcomeOf(error) == FileOutcome::kBusy || (deniedCanPass && error == ERROR_ACCESS_DENIED);
+    if (!passing || GetTickCount64() >= end) {
+      SetLastError(error);
+      return false;
+    }
+    Sleep(kPause);
+  }
+  return true;
+}
+
+bool IsFolder(DWORD attributes) {
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+Handle OpenShared(const std::wstring& name) {
+  HANDLE handle = INVALID_HANDLE_VALUE;
+  const auto open = [&] {
+    handle = CreateFileW(name.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return handle != INVALID_HANDLE_VALUE || IsFolder(GetFileAttributesW(name.c_str()));
+  };
+  if (!Retry(kReadPatience, true, open)) return Handle(INVALID_HANDLE_VALUE);
+  if (handle == INVALID_HANDLE_VALUE) SetLastError(ERROR_ACCESS_DENIED);
+  return Handle(handle);
+}
+
+FileOutcome ReadUpTo(HANDLE file, std::size_t limit, std::string& content) {
+  LARGE_INTEGER size{};
+  if (!GetFileSizeEx(file, &size)) return LastOutcome();
+  // One byte more than the file is said to have, so that the end shows.
+  content.resize(std::min(static_cast<std::size_t>(size.QuadPart), limit) + 1);
+  for (std::size_t filled = 0;;) {
+    const auto room = static_cast<DWORD>(std::min<std::size_t>(content.size() - filled, 1u << 30));
+    DWORD got = 0;
+    if (!ReadFile(file, content.data() + filled, room, &got, nullptr)) {
+      const FileOutcome outcome = LastOutcome();
+      content.clear();
+      return outcome;
+    }
+    filled += got;
+    if (got == 0 || filled > limit) {
+      content.resize(std::min(filled, limit));
+      return filled > limit ? FileOutcome::kTooLarge : FileOutcome::kOk;
+    }
+    if (filled == content.size()) content.resize(filled + filled / 2 + 4096);
+  }
+}
+
+FileOutcome WriteNew(const std::wstring& name, std::string_view content) {
+  const Handle file(
+      CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file.Valid()) return LastOutcome();
+  while (!content.empty()) {
+    const auto part = static_cast<DWORD>(std::min<std::size_t>(content.size(), 1u << 30));
+    DWORD put = 0;
+    if (!WriteFile(file.Get(), content.data(), part, &put, nullptr)) return LastOutcome();
+    if (put == 0) return FileOutcome::kFull;
+    content.remove_prefix(put);
+  }
+  return FlushFileBuffers(file.Get()) ? FileOutcome::kOk : LastOutcome();
+}
+
+class Win32Files final : public Files {
+ public:
+  FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
+    content.clear();
+    const Handle file = OpenShared(NativePath(path));
+    return file.Valid() ? ReadUpTo(file.Get(), limit, content) : LastOutcome();
+  }
+
+  PathKind Kind(std::string_view path) override {
+    const DWORD attributes = GetFileAttributesW(NativePath(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::kNothing;
+    return IsFolder(attributes) ? PathKind::kFolder : PathKind::kFile;
+  }
+
+  FileOutcome MakeFolder(std::string_view path) override {
+    if (CreateDirectoryW(NativePath(path).c_str(), nullptr)) return FileOutcome::kOk;
+    const DWORD error = GetLastError();
+    return Kind(path) == PathKind::kFolder ? FileOutcome::kOk : OutcomeOf(error);
+  }
+
+  FileOutcome Replace(std::string_view path, std::string_view content,
+                      const Precondition& precondition) override {
+    const std::wstring target = NativePath(path);
+    const std::wstring temporary = NativePath(std::string(path) + ".new");
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    if (IsFolder(attributes)) return FileOutcome::kFailed;
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+      return FileOutcome::kReadOnly;
+
+    FileOutcome outcome = WriteNew(temporary, content);
+    if (outcome == FileOutcome::kBusy) return outcome;  // the file beside it is another's
+    if (outcome == FileOutcome::kOk) outcome = MoveOver(path, temporary, target, precondition);
+    if (outcome != FileOutcome::kOk) DeleteFileW(temporary.c_str());
+    return outcome;
+  }
+
+  FileOutcome Lock(std::string_view path, int patience, std::unique_ptr<FileLock>& lock) override {
+    const std::wstring name = NativePath(path);
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    // Open to nobody else: that also holds between machines, on a shared folder.
+    const auto open = [&] {
+      handle = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+      return handle != INVALID_HANDLE_VALUE;
+    };
+    if (!Retry(static_cast<ULONGLONG>(patience), false, open)) return LastOutcome();
+    lock = std::make_unique<Win32Lock>(Handle(handle));
+    return FileOutcome::kOk;
+  }
+
+ private:
+  // Readers hold the target for moments; each attempt checks anew that it is what it was.
+  FileOutcome MoveOver(std::string_view path, const std::wstring& temporary, const std::wstring& target,
+                       const Precondition& precondition) {
+    bool holds = true;
+    const auto move = [&] {
+      holds = Holds(path, precondition);
+      return !holds || MoveFileExW(temporary.c_str(), target.c_str(),
+                                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    };
+    if (!Retry(kMovePatience, true, move)) return LastOutcome();
+    return holds ? FileOutcome::kOk : FileOutcome::kChanged;
+  }
+};
+
+}  // namespace
+
+Files& RealFiles() {
+  static Win32Files files;
+  return files;
+}
+
+}  // namespace kova::os

@@ -1,0 +1,27 @@
+#!/bin/bash
+# run.sh TARGET SECONDS: builds the fuzz target TARGET (fuzz/TARGET_fuzz.cpp) with clang and runs it that long.
+# What it finds is left in build/fuzz/TARGET/; add a finding that was mended to fuzz/corpus/TARGET/.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+if [ $# -ne 2 ] || [ ! -e "fuzz/$1_fuzz.cpp" ]; then
+  echo "usage: fuzz/run.sh TARGET SECONDS; targets: $(cd fuzz && ls ./*_fuzz.cpp | sed 's/^..//; s/_fuzz.cpp//' | tr '\n' ' ')" >&2
+  exit 2
+fi
+command -v clang++ >/dev/null || { echo "clang++ is missing: apt-get install clang" >&2; exit 1; }
+target=$1
+folder=build/fuzz/$target
+mkdir -p "$folder/found"
+# The rooms that a target includes from, without tests and without the other system's folders. No Japanese literals
+# are among them: clang knows no execution character set but UTF-8.
+sources=()
+for room in $(sed -n "s/^kova_fuzz($target \(.*\))/\1/p" fuzz/CMakeLists.txt); do
+  case $room in
+    kova_os) sources+=(platform/os/profile_*.cpp platform/text932/cp932.cpp) ;;
+    kova_recordstore) sources+=(platform/recordstore/record_text.cpp platform/recordstore/schema.cpp platform/text932/cp932.cpp) ;;
+    kova_*) sources+=($(find "platform/${room#kova_}" "src/${room#kova_}" -maxdepth 1 -name '*.cpp' 2>/dev/null)) ;;
+  esac
+done
+mapfile -t sources < <(printf '%s\n' "${sources[@]}" | grep -v '_test.cpp$' | sort -u)
+clang++ -std=c++20 -O1 -g -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all -I. -Isrc \
+  "fuzz/${target}_fuzz.cpp" "${sources[@]}" platform/os/files.cpp platform/os/paths.cpp -o "$folder/fuzz"
+"$folder/fuzz" -max_total_time="$2" -max_len=4096 -timeout=10 -artifact_prefix="$folder/" "$folder/found" "fuzz/corpus/$target"

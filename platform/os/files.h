@@ -1,0 +1,83 @@
+#pragma once
+
+// Files and folders as the library needs them. Paths are code page 932 text with "\" between the parts.
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kova::os {
+
+enum class FileOutcome {
+  kOk,
+  kNotThere,  // no such file, or a folder on the way to it is missing
+  kReadOnly,  // the target is marked read-only
+  kBusy,      // another program holds it, longer than was waited for
+  kChanged,   // it is no longer what the caller said it is
+  kTooLarge,  // larger than the caller's limit
+  kFull,      // no room left on the disk
+  kFailed,    // anything else; nothing was changed
+};
+
+enum class PathKind { kNothing, kFile, kFolder };
+
+/// A held lock; destroying it releases it. It is also released when the process ends, however it ends.
+class FileLock {
+ public:
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  virtual ~FileLock() = default;
+};
+
+/// What a file must still hold for a replacement to go ahead. The views must outlive the call.
+struct Precondition {
+  enum class Kind { kNone, kNoFile, kContent };
+  Kind kind = Kind::kNone;
+  std::string_view content;
+
+  static Precondition NoFile() { return {Kind::kNoFile, {}}; }
+  static Precondition Content(std::string_view content) { return {Kind::kContent, content}; }
+};
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// The whole file in `content`. kTooLarge when it is larger than `limit` bytes; `content` then holds the
+  /// first `limit` ones. On any other failure `content` is empty. A folder is kFailed or kNotThere. Others
+  /// may read, write, replace and delete the file meanwhile.
+  [[nodiscard]] virtual FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) = 0;
+
+  /// What is at `path`, with or without a delimiter at its end. kNothing also when it cannot be told.
+  [[nodiscard]] virtual PathKind Kind(std::string_view path) = 0;
+
+  /// Makes one folder in an existing one. kOk when it is there already.
+  [[nodiscard]] virtual FileOutcome MakeFolder(std::string_view path) = 0;
+
+  /// Gives the file at `path` the bytes `content`, whole and durably: they are written to a file beside it
+  /// (the name with ".new" behind it), flushed, and renamed over it. Whatever happens, power loss included,
+  /// the file is the old one or the new one. A read-only file is left alone, whoever asks. `precondition` is
+  /// checked last, right before the renaming (kChanged). Two processes that replace the same file at once do
+  /// so under a lock of their own, or one of them may be told kBusy.
+  [[nodiscard]] virtual FileOutcome Replace(std::string_view path, std::string_view content,
+                                            const Precondition& precondition = {}) = 0;
+
+  /// Holds the lock that the file `path` stands for, making the file when it is missing (it stays). Waits for
+  /// other processes at most `patience` milliseconds (kBusy).
+  [[nodiscard]] virtual FileOutcome Lock(std::string_view path, int patience,
+                                         std::unique_ptr<FileLock>& lock) = 0;
+
+  /// Makes the folder `path` and every missing one above it. kOk when all are there.
+  [[nodiscard]] FileOutcome MakeFolders(std::string_view path);
+
+ protected:
+  /// True when the file at `path` is as `precondition` says.
+  [[nodiscard]] bool Holds(std::string_view path, const Precondition& precondition);
+};
+
+/// The machine's own files. It keeps no state.
+Files& RealFiles();
+
+}  // namespace kova::os

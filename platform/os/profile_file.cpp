@@ -1,0 +1,39 @@
+#include "platform/os/profile_file.h"
+
+#include "platform/os/profile_text.h"
+
+namespace kova::os {
+namespace {
+
+constexpr int kPatience = 5000;  // milliseconds
+constexpr int kAttempts = 20;    // against a program that writes without our lock
+
+}  // namespace
+
+FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_view section,
+                              std::optional<std::string_view> key, std::optional<std::string_view> value) {
+  if (path.empty()) return FileOutcome::kNotThere;
+  std::unique_ptr<FileLock> lock;
+  const FileOutcome locked = files.Lock(std::string(path) + ".lock", kPatience, lock);
+  if (locked != FileOutcome::kOk) return locked;
+  FileOutcome outcome = FileOutcome::kChanged;
+  for (int attempt = 0; attempt < kAttempts && outcome == FileOutcome::kChanged; ++attempt) {
+    std::string old;
+    const FileOutcome read = files.Read(path, kProfileFileLimit, old);
+    if (read != FileOutcome::kOk && read != FileOutcome::kNotThere) return read;
+    const std::optional<std::string> edited = EditProfileText(old, section, key, value);
+    if (!edited) return FileOutcome::kFailed;
+    if (*edited == old) return FileOutcome::kOk;
+    const bool there = read == FileOutcome::kOk;
+    outcome = files.Replace(path, *edited, there ? Precondition::Content(old) : Precondition::NoFile());
+  }
+  return outcome;
+}
+
+std::string ReadProfileFile(Files& files, std::string_view path) {
+  std::string content;
+  if (path.empty() || files.Read(path, kProfileFileLimit, content) != FileOutcome::kOk) return {};
+  return content;
+}
+
+}  // namespace kova::os

@@ -1,0 +1,105 @@
+#pragma once
+
+// Files in memory that can be made to fail, for tests of what stands on Files.
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/os/application_profile.h"
+#include "platform/os/files.h"
+#include "platform/os/paths.h"
+
+namespace kova::os::testing {
+
+enum class FakeStep { kNone, kRead, kMakeFolder, kWrite, kRename, kLock };
+
+class FakeFiles final : public Files {
+ public:
+  std::map<std::string, std::string, std::less<>> contents;  // by full name
+  std::set<std::string, std::less<>> folders;                // without delimiter at the end
+  std::set<std::string, std::less<>> readOnly;
+  FakeStep failing = FakeStep::kNone;          // this step fails ...
+  FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
+  std::function<void()> beforeRename = [] {};  // another program's doing in between
+  int reads = 0;
+  int locksHeld = 0;
+
+  FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
+    ++reads;
+    content.clear();
+    if (failing == FakeStep::kRead) return failure;
+    const auto found = contents.find(path);
+    if (found == contents.end()) return FileOutcome::kNotThere;
+    content = found->second.substr(0, limit);
+    return found->second.size() > limit ? FileOutcome::kTooLarge : FileOutcome::kOk;
+  }
+
+  PathKind Kind(std::string_view path) override {
+    if (folders.contains(DropTrailingDelimiter(path))) return PathKind::kFolder;
+    return contents.contains(path) ? PathKind::kFile : PathKind::kNothing;
+  }
+
+  FileOutcome MakeFolder(std::string_view path) override {
+    if (failing == FakeStep::kMakeFolder) return failure;
+    folders.emplace(DropTrailingDelimiter(path));
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Replace(std::string_view path, std::string_view content,
+                      const Precondition& precondition) override {
+    if (readOnly.contains(path)) return FileOutcome::kReadOnly;
+    if (failing == FakeStep::kWrite) return failure;
+    beforeRename();
+    if (!Holds(path, precondition)) return FileOutcome::kChanged;
+    if (failing == FakeStep::kRename) return failure;
+    contents[std::string(path)] = content;
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Lock(std::string_view, int, std::unique_ptr<FileLock>& lock) override {
+    if (failing == FakeStep::kLock) return failure;
+    lock = std::make_unique<Held>(*this);
+    return FileOutcome::kOk;
+  }
+
+ private:
+  struct Held final : FileLock {
+    explicit Held(FakeFiles& owner) : files(owner) { ++files.locksHeld; }
+    ~Held() override { --files.locksHeld; }
+    FakeFiles& files;
+  };
+};
+
+/// A profile in memory, keys written as "SECTION/KEY".
+class FakeProfile final : public ApplicationProfile {
+ public:
+  std::map<std::string, std::string> values;
+
+  std::string GetString(std::string_view section, std::string_view key,
+                        std::string_view defaultValue) const override {
+    const auto found = values.find(Name(section, key));
+    return found == values.end() ? std::string(defaultValue) : found->second;
+  }
+  std::int32_t GetInt(std::string_view section, std::string_view key,
+                      std::int32_t defaultValue) const override {
+    const auto found = values.find(Name(section, key));
+    return found == values.end() ? defaultValue : std::stoi(found->second);
+  }
+  bool WriteString(std::string_view section, std::string_view key, std::string_view value) override {
+    values[Name(section, key)] = value;
+    return true;
+  }
+  bool WriteInt(std::string_view section, std::string_view key, std::int32_t value) override {
+    return WriteString(section, key, std::to_string(value));
+  }
+
+ private:
+  static std::string Name(std::string_view section, std::string_view key) {
+    return std::string(section) + "/" + std::string(key);
+  }
+};
+
+}  // namespace kova::os::testing
