@@ -1,21 +1,29 @@
 #pragma once
-// (contract fixed by the lead; filled by the settings work)
+
 #include <string>
 #include <string_view>
 
+#include "platform/os/profile_text.h"
+
 namespace kova::foundation {
 
-/// What one operation sees of the practice's settings: the settings file as it was when the operation opened it.
+/// What one operation sees of the practice's settings: the settings file as it was when the operation opened
+/// it. Many keys are read at the price of one file and one pass over it. Belongs to one thread at a time.
 class SettingsSnapshot {
  public:
   /// From the bytes of a settings file; empty bytes for a file that is missing or not configured.
   explicit SettingsSnapshot(std::string content);
 
-  /// The value of `key` in `section` as GetPrivateProfileStringA answers with a buffer of 1,000 bytes.
+  /// The value of `key` in `section` as GetPrivateProfileStringA answers with a buffer of 1,000 bytes: at
+  /// most 999 bytes (a character at the limit may be cut in half). Without the key the default, cut likewise
+  /// and without the spaces at its end, as the platform's function gives it.
   std::string GetString(std::string_view section, std::string_view key, std::string_view defaultValue) const;
 
-  /// The value converted with atoi's rule; a present but empty or non-numeric value gives 0.
+  /// The value converted with atoi's rule; a present but empty or non-numeric value gives 0, not the default.
   int GetInt(std::string_view section, std::string_view key, int defaultValue) const;
+
+ private:
+  os::ProfileText text_;
 };
 
 }  // namespace kova::foundation

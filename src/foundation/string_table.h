@@ -1,0 +1,17 @@
+#pragma once
+
+// The library's numbered texts.
+
+#include <string_view>
+
+namespace kova::foundation {
+
+// The numbers are those of the suite's string resources; do not change.
+constexpr int kTextAdministrator = 8032;
+constexpr int kTextUser = 8033;
+constexpr int kTextUnknownPrivilege = 8034;
+
+/// The text of number `id`; empty when there is none. Lives as long as the program.
+[[nodiscard]] std::string_view StringTableText(int id);
+
+}  // namespace kova::foundation
