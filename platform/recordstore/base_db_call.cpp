@@ -1,0 +1,142 @@
+#include "platform/recordstore/base_db_call.h"
+
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "platform/recordstore/cursor.h"
+#include "platform/recordstore/table_ids.h"
+
+using kova::store::Cursor;
+using kova::store::Engine;
+using kova::store::Result;
+
+namespace {
+
+// The one place where an answer becomes an int and an exception (memory ran out) a result.
+template <typename Operation>
+int AsInt(Operation operation) {
+  try {
+    return static_cast<int>(operation());
+  } catch (const std::exception&) {
+    return static_cast<int>(Result::Failed);
+  }
+}
+
+}  // namespace
+
+CBaseDBCall::CBaseDBCall(kova::store::TableId table, void* buffer, const char*, int)
+    : cursor_(std::make_unique<Cursor>(kova::store::GetTable(table), static_cast<char*>(buffer))) {}
+
+CBaseDBCall::~CBaseDBCall() = default;
+
+int CBaseDBCall::SetAssociatedDB(CKovaDBSys* db) {
+  db_ = db;
+  cursor_->Bind(nullptr);
+  if (db_ != nullptr) generation_ = db_->GetGeneration();
+  return Open();
+}
+
+int CBaseDBCall::Open() {
+  DropClosed();
+  if (cursor_->IsBound()) return 0;
+  if (db_ == nullptr || db_->GetEngine() == nullptr) return static_cast<int>(Result::NotOpen);
+  generation_ = db_->GetGeneration();
+  cursor_->Bind(db_->GetEngine());
+  return 0;
+}
+
+void CBaseDBCall::Close() { cursor_->Bind(nullptr); }
+
+// The connection may have been closed or opened on another folder since.
+void CBaseDBCall::DropClosed() {
+  if (db_ != nullptr && db_->GetGeneration() != generation_) cursor_->Bind(nullptr);
+}
+
+Engine* CBaseDBCall::GetEngine() {
+  DropClosed();
+  return cursor_->BoundEngine();
+}
+
+int CBaseDBCall::SetKey(int keyNumber) {
+  return AsInt([&] { return cursor_->SetKey(keyNumber); });
+}
+
+void CBaseDBCall::SetKeyBuffer(const char* key, unsigned long length) {
+  try {
+    cursor_->SetKeyBuffer(key == nullptr ? std::string_view() : std::string_view(key, length));
+  } catch (const std::exception&) {
+    // No memory for a few bytes: the next positioning uses what was there and most likely fails too.
+  }
+}
+
+#define KOVA_POSITIONING(Name, CursorCall)             \
+  int CBaseDBCall::Name() {                            \
+    DropClosed();                                      \
+    return AsInt([&] { return cursor_->CursorCall; }); \
+  }
+KOVA_POSITIONING(GetEQ, GetEqual())
+KOVA_POSITIONING(GetGREQ, GetGreaterOrEqual())
+KOVA_POSITIONING(GetLEEQ, GetLessOrEqual())
+KOVA_POSITIONING(GetLESS, GetLess())
+KOVA_POSITIONING(GetFIRST, GetFirst())
+KOVA_POSITIONING(GetLAST, GetLast())
+KOVA_POSITIONING(GetNEXT, GetNext())
+KOVA_POSITIONING(GetPREV, GetPrevious())
+KOVA_POSITIONING(Insert, Insert())
+KOVA_POSITIONING(Update, Update(false))
+KOVA_POSITIONING(UpdateIfUnchanged, Update(true))
+KOVA_POSITIONING(Delete, Delete())
+#undef KOVA_POSITIONING
+
+int CBaseDBCall::IsEOF() const { return cursor_->AtEnd() ? 1 : 0; }
+
+#define KOVA_TRANSACTION(Name, EngineCall)                                                  \
+  int CBaseDBCall::Name() {                                                                 \
+    Engine* engine = GetEngine();                                                           \
+    return AsInt([&] { return engine == nullptr ? Result::NotOpen : engine->EngineCall; }); \
+  }
+KOVA_TRANSACTION(BeginTran, Begin())
+KOVA_TRANSACTION(EndTran, End())
+KOVA_TRANSACTION(AbortTran, Abort())
+#undef KOVA_TRANSACTION
+
+CTime CBaseDBCall::GetFileTime() {
+  std::int64_t stamp = 0;
+  Engine* engine = GetEngine();
+  const int result = AsInt(
+      [&] { return engine == nullptr ? Result::NotOpen : engine->ChangeStamp(cursor_->Table(), stamp); });
+  return CTime(result == 0 ? stamp : 0);
+}
+
+int CBaseDBCall::PrimeKeyFromBuffer() {
+  return AsInt([&] {
+    cursor_->SetKeyBuffer(cursor_->PrimeKeyOfBuffer());
+    return cursor_->SetKey(0);
+  });
+}
+
+int CBaseDBCall::GetByPrimeKey(const char* first) { return GetByPrimeKey(first, nullptr); }
+
+int CBaseDBCall::GetByPrimeKey(const char* first, const char* second) {
+  DropClosed();
+  return AsInt([&] {
+    const kova::store::KeyDef& key = cursor_->Table().keys.front();
+    std::string bytes;
+    std::size_t end = 0;
+    const char* texts[] = {first, second};
+    for (std::size_t i = 0; i < key.fields.size() && i < 2 && texts[i] != nullptr; ++i) {
+      // A text longer than the field is no record's key: cut, it would find another record.
+      if (std::strlen(texts[i]) > key.fields[i]->width) return Result::NotFound;
+      end += key.fields[i]->width;
+      bytes += texts[i];
+      bytes.resize(end);
+    }
+    if (end == 0) return Result::BadArgument;
+    bytes.resize(key.width);
+    const Result chosen = cursor_->SetKey(0);
+    if (chosen != Result::Done) return chosen;
+    cursor_->SetKeyBuffer(bytes);
+    return cursor_->GetEqual();
+  });
+}

@@ -1,0 +1,175 @@
+#include "platform/recordstore/cursor.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kova::store {
+namespace {
+
+constexpr std::size_t kFirstReadAhead = 8;
+constexpr std::size_t kLargestReadAhead = 256;
+
+}  // namespace
+
+void Cursor::Bind(Engine* engine) {
+  engine_ = engine;
+  hasPosition_ = hasRecord_ = atEnd_ = false;
+  block_.Reset(table_.recordSize);
+}
+
+Result Cursor::SetKey(int keyNumber) {
+  const int index = table_.FindKey(keyNumber);
+  if (index < 0) return Result::NoSuchKey;
+  if (static_cast<std::size_t>(index) != keyIndex_ && block_.Size() > 0) {
+    KeepPosition(block_.Id(at_));
+    block_.Reset(table_.recordSize);
+  }
+  keyIndex_ = static_cast<std::size_t>(index);
+  return Result::Done;
+}
+
+std::string Cursor::TrimmedKeyBuffer() const {
+  std::string key = keyBuffer_.substr(0, Key().width);
+  key.resize(key.find_last_not_of('\0') + 1);
+  return key;
+}
+
+bool Cursor::KeyBeginsWithBuffer(const char* record) const {
+  std::string key = MakeKey(Key(), record);
+  const std::string wanted = keyBuffer_.substr(0, Key().width);
+  key.resize(std::max(key.size(), wanted.size()));
+  return std::string_view(key).substr(0, wanted.size()) == wanted;
+}
+
+std::string Cursor::PrimeKeyOfBuffer() const {
+  std::string key = MakeKey(table_.keys.front(), buffer_);
+  key.resize(table_.keys.front().width);
+  return key;
+}
+
+Result Cursor::GetEqual() {
+  const std::string key = TrimmedKeyBuffer();
+  return Position({ReadFrom::Place::AtLeast, key}, true);
+}
+
+Result Cursor::GetGreaterOrEqual() {
+  const std::string key = TrimmedKeyBuffer();
+  return Position({ReadFrom::Place::AtLeast, key}, false);
+}
+
+Result Cursor::GetLessOrEqual() {
+  // A prefix stands for every key that begins with it, so the largest of them is the bound.
+  std::string key = keyBuffer_.substr(0, Key().width);
+  key.resize(Key().width, '\xFF');
+  return Position({ReadFrom::Place::AtMost, key}, false);
+}
+
+Result Cursor::GetLess() {
+  const std::string key = TrimmedKeyBuffer();
+  return Position({ReadFrom::Place::Below, key}, false);
+}
+
+Result Cursor::GetFirst() { return Position({ReadFrom::Place::First}, false); }
+
+Result Cursor::GetLast() { return Position({ReadFrom::Place::Last}, false); }
+
+Result Cursor::GetNext() { return Step(true); }
+
+Result Cursor::GetPrevious() { return Step(false); }
+
+Result Cursor::Position(const ReadFrom& from, bool mustEqual) {
+  if (engine_ == nullptr) return Result::NotOpen;
+  forward_ = from.place == ReadFrom::Place::First || from.place == ReadFrom::Place::AtLeast ||
+             from.place == ReadFrom::Place::After;
+  hasPosition_ = hasRecord_ = atEnd_ = false;
+  nextLimit_ = kFirstReadAhead;
+  writeCount_ = engine_->WriteCount(table_);
+  const Result result = engine_->Read(table_, keyIndex_, from, 1, block_);
+  if (result == Result::Done && mustEqual && (block_.Size() == 0 || !KeyBeginsWithBuffer(block_.Record(0)))) {
+    block_.Reset(table_.recordSize);
+    return Result::NotFound;
+  }
+  return Load(result);
+}
+
+// Takes the first record of a block that was just read.
+Result Cursor::Load(Result readResult) {
+  at_ = 0;
+  if (readResult != Result::Done) {
+    block_.Reset(table_.recordSize);
+    return readResult;
+  }
+  if (block_.Size() == 0) {
+    atEnd_ = true;
+    hasPosition_ = hasRecord_ = false;
+    return Result::EndOfTable;
+  }
+  std::memcpy(buffer_, block_.Record(0), table_.recordSize);
+  hasPosition_ = hasRecord_ = true;
+  return Result::Done;
+}
+
+bool Cursor::StepInBlock(bool forward) {
+  if (forward != forward_ || at_ + 1 >= block_.Size() || engine_->WriteCount(table_) != writeCount_)
+    return false;
+  ++at_;
+  std::memcpy(buffer_, block_.Record(at_), table_.recordSize);
+  hasRecord_ = true;
+  return true;
+}
+
+Result Cursor::Step(bool forward) {
+  if (engine_ == nullptr) return Result::NotOpen;
+  if (!hasPosition_) return atEnd_ ? Result::EndOfTable : Result::NoRecord;
+  if (block_.Size() > 0 && StepInBlock(forward)) return Result::Done;
+  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
+  if (forward != forward_) nextLimit_ = kFirstReadAhead;
+  forward_ = forward;
+  const std::string key = MakeKey(Key(), original_.data());
+  const auto place = forward ? ReadFrom::Place::After : ReadFrom::Place::Before;
+  writeCount_ = engine_->WriteCount(table_);
+  const Result result = engine_->Read(table_, keyIndex_, {place, key, id_}, nextLimit_, block_);
+  nextLimit_ = std::min(nextLimit_ * 4, kLargestReadAhead);
+  return Load(result);
+}
+
+// Remembers the current record apart from the block, which is about to be read anew or has been written past.
+void Cursor::KeepPosition(RecordId id) {
+  id_ = id;
+  original_.assign(block_.Record(at_), table_.recordSize);
+}
+
+Result Cursor::Insert() {
+  if (engine_ == nullptr) return Result::NotOpen;
+  RecordId id = 0;
+  const Result result = engine_->Insert(table_, buffer_, id);
+  if (result != Result::Done) return result;
+  id_ = id;
+  original_.assign(buffer_, table_.recordSize);
+  block_.Reset(table_.recordSize);
+  hasPosition_ = hasRecord_ = true;
+  atEnd_ = false;
+  return Result::Done;
+}
+
+Result Cursor::Update(bool onlyUnchanged) {
+  if (engine_ == nullptr) return Result::NotOpen;
+  if (!hasRecord_) return Result::NoRecord;
+  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
+  block_.Reset(table_.recordSize);
+  const Result result = engine_->Update(table_, id_, buffer_, onlyUnchanged ? original_.data() : nullptr);
+  if (result == Result::Done) original_.assign(buffer_, table_.recordSize);
+  return result;
+}
+
+Result Cursor::Delete() {
+  if (engine_ == nullptr) return Result::NotOpen;
+  if (!hasRecord_) return Result::NoRecord;
+  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
+  block_.Reset(table_.recordSize);
+  const Result result = engine_->Delete(table_, id_);
+  if (result == Result::Done) hasRecord_ = false;
+  return result;
+}
+
+}  // namespace kova::store

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/recordstore/kovadbcall_export.h"
+
+namespace kova::store {
+class Engine;
+}
+
+/// Something that an application of the connection keeps with it, from call to call: a cache, a table.
+class CKovaKept {
+ public:
+  virtual ~CKovaKept() = default;
+};
+
+/// The open connection to a practice's database. The host opens and closes it and lends it to every
+/// operation. All its use is on one thread. Table objects bound to it must be gone, or are useless, once it
+/// is closed.
+class KOVADBCALL_API CKovaDBSys {
+ public:
+  CKovaDBSys();
+  /// Closes; a transaction that is open is rolled back.
+  ~CKovaDBSys();
+  CKovaDBSys(const CKovaDBSys&) = delete;
+  CKovaDBSys& operator=(const CKovaDBSys&) = delete;
+
+  /// Opens the database in the folder (code page 932, with or without trailing backslash), closing the one
+  /// open before. 0 for success, else a number of result.h. The folder is not changed when it cannot be
+  /// opened.
+  int OpenDB(const char* folder);
+  void CloseDB();
+  int IsOpen() const;
+
+  /// Non-zero: lists that are filled from master tables may be kept with the connection and used while the
+  /// table is unchanged. On unless the host turns it off.
+  int m_useCache = 1;
+
+  /// What was kept under `name`, or null. Everything kept is destroyed when the connection is closed.
+  CKovaKept* GetKept(const char* name) const;
+  /// Takes ownership; what was kept under the name before is destroyed.
+  void SetKept(const char* name, CKovaKept* kept);
+
+  /// Checks every page and index. 0 when sound; else a number of result.h and the first finding in `finding`.
+  int CheckIntegrity(std::string& finding);
+
+  /// For this library's own use. Null while closed.
+  kova::store::Engine* GetEngine() const { return engine_.get(); }
+  /// Changes with every OpenDB and CloseDB: a table object bound before knows that its engine is gone.
+  unsigned GetGeneration() const { return generation_; }
+
+ private:
+  std::unique_ptr<kova::store::Engine> engine_;
+  std::map<std::string, std::unique_ptr<CKovaKept>> kept_;
+  unsigned generation_ = 0;
+};
+
+/// While it lives, the reads of one operation see the database at one point in time and cost one lock
+/// together. A write in between is done and ends that view. Does nothing on a null or closed connection.
+class KOVADBCALL_API CKovaReads {
+ public:
+  explicit CKovaReads(CKovaDBSys* db);
+  ~CKovaReads();
+  CKovaReads(const CKovaReads&) = delete;
+  CKovaReads& operator=(const CKovaReads&) = delete;
+
+ private:
+  CKovaDBSys* db_;
+  unsigned generation_;
+};
+
+/// Lays out an empty database in a folder, which is made when missing; a folder that holds one is left as it
+/// is. 0 for success, else a number of result.h.
+KOVADBCALL_API int KovaCreateDatabase(const char* folder);

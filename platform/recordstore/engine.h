@@ -1,0 +1,119 @@
+#pragma once
+
+// What the record store needs of a storage engine. An engine keeps the records of every table in the order of
+// every key and knows nothing of record buffers, current positions or the exported classes: cursor.h does
+// that, the same for every engine.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/recordstore/result.h"
+#include "platform/recordstore/schema.h"
+
+namespace kova::store {
+
+/// Identifies a record while it exists; records with equal keys are in the order of these numbers.
+using RecordId = std::int64_t;
+
+/// Where a read begins and which way it goes. Key bytes are as MakeKey gives them.
+struct ReadFrom {
+  enum class Place {
+    First,    ///< forward from the first record of the key
+    Last,     ///< backward from the last
+    AtLeast,  ///< forward from the first record whose key is not less than `key`
+    After,    ///< forward from behind (`key`, `id`)
+    AtMost,   ///< backward from the last record whose key is not greater than `key`
+    Below,    ///< backward from the last record whose key is less than `key`
+    Before,   ///< backward from before (`key`, `id`)
+  };
+  Place place;
+  std::string_view key = {};
+  RecordId id = 0;
+};
+
+/// Records read in one go, in reading order.
+class RecordBlock {
+ public:
+  void Reset(std::size_t recordSize) {
+    recordSize_ = recordSize;
+    ids_.clear();
+    bytes_.clear();
+  }
+  /// A zero-filled place for one more record.
+  char* Add(RecordId id) {
+    ids_.push_back(id);
+    bytes_.resize(ids_.size() * recordSize_);
+    return bytes_.data() + (ids_.size() - 1) * recordSize_;
+  }
+  std::size_t Size() const { return ids_.size(); }
+  RecordId Id(std::size_t at) const { return ids_[at]; }
+  const char* Record(std::size_t at) const { return bytes_.data() + at * recordSize_; }
+
+ private:
+  std::size_t recordSize_ = 0;
+  std::vector<RecordId> ids_;
+  std::vector<char> bytes_;
+};
+
+/// An open database. Used by one thread. Nothing throws but std::bad_alloc.
+class Engine {
+ public:
+  virtual ~Engine() = default;
+
+  /// Reads at most `limit` records; fewer when the key ends before.
+  virtual Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
+                      RecordBlock& block) = 0;
+
+  /// Each of these is written whole or not at all; outside a transaction it is durable when it returns Done.
+  virtual Result Insert(const TableDef& table, const char* record, RecordId& id) = 0;
+  /// With `expected` only when the stored record still is that, byte for byte; Changed when it is not.
+  virtual Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) = 0;
+  virtual Result Delete(const TableDef& table, RecordId id) = 0;
+
+  /// The host's transaction. It holds the store's write lock from its beginning, so that what is read in it
+  /// cannot be changed by others before its end. End gives the failure, and nothing is written, when it was
+  /// lost.
+  virtual Result Begin() = 0;
+  virtual Result End() = 0;
+  virtual Result Abort() = 0;
+
+  /// Several writes that belong together, within the host's transaction or as one of their own. Not nested.
+  virtual Result BeginUnit() = 0;
+  /// Keeps them (`worked`) or takes all of them back. Gives the failure when keeping fails.
+  virtual Result EndUnit(bool worked) = 0;
+
+  /// Between these, reads see the database as it was at the first of them, at the cost of one lock for all.
+  /// Nests. A write in between is done and ends that view.
+  virtual void BeginReads() = 0;
+  virtual void EndReads() = 0;
+
+  /// A number that grows with every change of the table, by whichever workstation: seconds since 1970 when
+  /// changes are slower than one a second.
+  virtual Result ChangeStamp(const TableDef& table, std::int64_t& stamp) = 0;
+
+  /// Counts `counter` up and gives the new value; taken back with the unit or transaction that it is called
+  /// in.
+  virtual Result NextNumber(std::string_view counter, std::int64_t& number) = 0;
+
+  /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
+  virtual std::uint64_t WriteCount(const TableDef& table) const = 0;
+
+  /// Checks the whole database; Damaged and the first finding in `finding` when something is wrong.
+  virtual Result CheckIntegrity(std::string& finding) = 0;
+};
+
+/// Opens the database in `folder` (code page 932, as hosts give it). Null and the reason in `result` when it
+/// cannot.
+std::unique_ptr<Engine> OpenEngine(std::string_view folder, Result& result);
+
+/// Lays out an empty database in `folder`, which is made when missing. Leaves a folder that holds one as it
+/// is and gives Duplicate.
+Result CreateDatabase(std::string_view folder);
+
+/// The file that marks a folder as a database folder. Copied last, so that a half-copied folder has none.
+inline constexpr std::string_view kMarkerFile = "INDEXCONTROL.BTR";
+
+}  // namespace kova::store

@@ -1,0 +1,109 @@
+#include "platform/recordstore/schema.h"
+
+#include <cstring>
+
+#include "platform/recordstore/table_ids.h"
+#include "platform/text932/cp932.h"
+
+namespace kova::store {
+namespace {
+
+void AddField(std::vector<FieldDef>& fields, const char* name, FieldKind kind, std::size_t offset,
+              std::size_t width, std::size_t count, const char* meaning) {
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string fieldName = name;
+    if (count > 1) fieldName += std::to_string(i + 1);
+    fields.push_back({std::move(fieldName), kind, offset + i * width, width, meaning});
+  }
+}
+
+void AddKey(TableDef& table, int number, std::string_view fieldNames) {
+  KeyDef key{number, fieldNames, {}, 0};
+  for (std::size_t from = 0; from < fieldNames.size();) {
+    std::size_t to = fieldNames.find(' ', from);
+    if (to == std::string_view::npos) to = fieldNames.size();
+    const FieldDef* field = table.FindField(fieldNames.substr(from, to - from));
+    key.fields.push_back(field);
+    key.width += field->width;
+    from = to + 1;
+  }
+  table.keys.push_back(std::move(key));
+}
+
+std::vector<TableDef> MakeTables() {
+  std::vector<TableDef> tables;
+#define KOVA_ADD_FIELD(kind, name, meaning) \
+  AddField(table.fields, #name, kind::kKind, offsetof(Record, name), kind::kWidth, kind::kCount, meaning);
+#define KOVA_ADD_KEY(number, fieldNames) AddKey(tables.back(), number, fieldNames);
+#define KOVA_ADD_TABLE(id, shortName, Tag, FIELDS, KEYS, meaning)               \
+  {                                                                             \
+    using Record = Tag;                                                         \
+    TableDef table{TableId::id, shortName, #Tag, meaning, sizeof(Tag), {}, {}}; \
+    FIELDS(KOVA_ADD_FIELD)                                                      \
+    tables.push_back(std::move(table));                                         \
+    KEYS(KOVA_ADD_KEY)                                                          \
+  }
+  tables.reserve(64);  // keys point at fields: the tables must not move
+  KOVA_TABLES(KOVA_ADD_TABLE)
+#undef KOVA_ADD_TABLE
+#undef KOVA_ADD_KEY
+#undef KOVA_ADD_FIELD
+  return tables;
+}
+
+}  // namespace
+
+int TableDef::FindKey(int number) const {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (keys[i].number == number) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+const FieldDef* TableDef::FindField(std::string_view fieldName) const {
+  for (const FieldDef& field : fields) {
+    if (field.name == fieldName) return &field;
+  }
+  return nullptr;
+}
+
+std::span<const TableDef> AllTables() {
+  static const std::vector<TableDef> tables = MakeTables();
+  return tables;
+}
+
+const TableDef& GetTable(TableId id) { return AllTables()[static_cast<std::size_t>(id)]; }
+
+const TableDef* FindTable(std::string_view name) {
+  for (const TableDef& table : AllTables()) {
+    if (table.name == name) return &table;
+  }
+  return nullptr;
+}
+
+std::string MakeKey(const KeyDef& key, const char* record) {
+  std::string bytes;
+  bytes.reserve(key.width);
+  std::size_t end = 0;
+  for (const FieldDef* field : key.fields) {
+    bytes += GetText(record + field->offset, field->width);
+    end += field->width;
+    bytes.resize(end);
+  }
+  bytes.resize(bytes.find_last_not_of('\0') + 1);
+  return bytes;
+}
+
+std::string_view GetText(const char* field, std::size_t width) {
+  const void* terminator = std::memchr(field, 0, width);
+  if (terminator == nullptr) return {field, width};
+  return {field, static_cast<std::size_t>(static_cast<const char*>(terminator) - field)};
+}
+
+void PutText(char* field, std::size_t width, std::string_view text) {
+  const std::string_view cut = text932::CutAtCharacter(text.substr(0, text.find('\0')), width - 1);
+  std::memset(field, 0, width);
+  std::memcpy(field, cut.data(), cut.size());
+}
+
+}  // namespace kova::store

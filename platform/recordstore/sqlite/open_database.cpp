@@ -1,0 +1,165 @@
+// Laying out and opening the database file in a database folder.
+
+#include <fstream>
+
+#include "platform/os/drives.h"
+#include "platform/os/filesystem_path.h"
+#include "platform/recordstore/sqlite/sqlite_engine.h"
+#include "platform/recordstore/sqlite/table_sql.h"
+#include "platform/text932/cp932.h"
+
+namespace kova::store {
+namespace {
+
+constexpr int kSchemaVersion = 1;           // stored; a change needs an upgrade step
+constexpr int kApplicationId = 0x4B4F5641;  // stored; do not change
+constexpr std::string_view kDatabaseFile = "kova.db";
+constexpr int kWaitForSettingUp = 5000;  // ms
+
+std::filesystem::path InFolder(std::string_view folder, std::string_view file) {
+  return os::ToFilesystemPath(folder) / std::string(file);
+}
+
+std::string Utf8Of(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+Connection Connect(const std::filesystem::path& file, int flags, int& code) {
+  sqlite3* raw = nullptr;
+  code = sqlite3_open_v2(Utf8Of(file).c_str(), &raw, flags | SQLITE_OPEN_EXRESCODE, nullptr);
+  Connection connection(raw);
+  if (code == SQLITE_OK) sqlite3_busy_timeout(raw, kWaitForSettingUp);
+  return connection;
+}
+
+Result QueryText(sqlite3* connection, const char* sql, std::string& value) {
+  sqlite3_stmt* raw = nullptr;
+  int code = sqlite3_prepare_v2(connection, sql, -1, &raw, nullptr);
+  const Statement statement(raw);
+  if (code == SQLITE_OK) code = sqlite3_step(raw);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  value = ColumnText(raw, 0);
+  return Result::Done;
+}
+
+// Bytes 18 and 19 of the file are 2 while it is in write-ahead mode. They are read past SQLite, because on a
+// network drive SQLite must not open the file in that mode at all.
+bool IsInWriteAheadMode(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  char header[20] = {};
+  return in.read(header, sizeof header) && header[18] == 2;
+}
+
+// Write-ahead logging shares memory between its users and so works on one machine only. A database that is
+// once opened over the network leaves that mode for good, when nobody on its own machine has it open just
+// then.
+Result LeaveWriteAheadMode(sqlite3* connection) {
+  // In exclusive mode SQLite uses no shared memory, and the lock fails while anybody else has the file open.
+  std::string mode;
+  Result result = Execute(connection, "PRAGMA locking_mode = EXCLUSIVE");
+  if (result == Result::Done) result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
+  if (result == Result::Busy || (result == Result::Done && mode != "delete")) return Result::LocalOnly;
+  if (result == Result::Done) {
+    result = Execute(connection, "UPDATE store_info SET value = 'network' WHERE name = 'sharing'");
+  }
+  if (result == Result::Done) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
+  if (result == Result::Done) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
+  return result;
+}
+
+Result CheckVersion(sqlite3* connection) {
+  std::string value;
+  Result result = QueryText(connection, "PRAGMA application_id", value);
+  if (result != Result::Done) return result;
+  if (value != std::to_string(kApplicationId)) return Result::Damaged;
+  result = QueryText(connection, "PRAGMA user_version", value);
+  if (result != Result::Done) return result;
+  return value == std::to_string(kSchemaVersion) ? Result::Done : Result::WrongVersion;
+}
+
+// How the file is shared decides its journal; in both a committed sale survives a power cut.
+Result SetUpJournal(sqlite3* connection, bool remote) {
+  Result result = Execute(connection, "PRAGMA synchronous = FULL; PRAGMA cache_size = -8000");
+  if (result != Result::Done || remote || sqlite3_db_readonly(connection, "main") == 1) return result;
+  std::string sharing, mode;
+  result = QueryText(connection, "SELECT value FROM store_info WHERE name = 'sharing'", sharing);
+  if (result != Result::Done || sharing != "local") return result;
+  // A file that is busy just now stays in the mode that it has.
+  (void)QueryText(connection, "PRAGMA journal_mode = WAL", mode);
+  return Execute(connection, "PRAGMA journal_size_limit = 16777216");
+}
+
+std::string LayoutSql(bool remote) {
+  std::string sql = "PRAGMA application_id = " + std::to_string(kApplicationId) +
+                    ";\nPRAGMA user_version = " + std::to_string(kSchemaVersion) +
+                    ";\nBEGIN EXCLUSIVE;\n"
+                    "CREATE TABLE store_info (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;\n"
+                    "INSERT INTO store_info VALUES ('sharing', '";
+  sql += remote ? "network" : "local";
+  sql +=
+      "');\n"
+      "CREATE TABLE counter (name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;\n"
+      "INSERT INTO counter VALUES ('saleNumber', 0);\n"
+      "CREATE TABLE change_stamp (tableName TEXT PRIMARY KEY, stamp INTEGER NOT NULL) WITHOUT ROWID;\n";
+  for (const TableDef& table : AllTables()) {
+    sql +=
+        CreateTableSql(table) + "INSERT INTO change_stamp VALUES ('" + std::string(table.name) + "', 1);\n";
+  }
+  return sql + "COMMIT;\n";
+}
+
+bool WriteMarker(const std::filesystem::path& file) {
+  std::ofstream out(file, std::ios::binary);
+  out << "This file marks a database folder. The records are in " << kDatabaseFile << ".\r\n";
+  out.close();
+  return out.good();
+}
+
+}  // namespace
+
+std::unique_ptr<Engine> OpenEngine(std::string_view folder, Result& result) {
+  std::error_code error;
+  const std::filesystem::path file = InFolder(folder, kDatabaseFile);
+  result = Result::NoDatabase;
+  if (folder.empty() || !std::filesystem::exists(InFolder(folder, kMarkerFile), error) ||
+      !std::filesystem::exists(file, error)) {
+    return nullptr;
+  }
+  const bool remote = os::IsRemoteFolder(folder);
+  const bool mustLeave = remote && IsInWriteAheadMode(file);
+  int code = SQLITE_OK;
+  Connection connection = Connect(file, SQLITE_OPEN_READWRITE, code);
+  result = FromSqlite(code);
+  if (result == Result::Done && mustLeave) result = LeaveWriteAheadMode(connection.get());
+  if (result == Result::Done) result = CheckVersion(connection.get());
+  if (result == Result::Done) result = SetUpJournal(connection.get(), remote);
+  if (result != Result::Done) return nullptr;
+  const bool canWrite = sqlite3_db_readonly(connection.get(), "main") == 0;
+  return std::make_unique<SqliteEngine>(std::move(connection), canWrite);
+}
+
+Result CreateDatabase(std::string_view folder) {
+  std::error_code error;
+  if (folder.empty()) return Result::BadArgument;
+  std::filesystem::create_directories(os::ToFilesystemPath(folder), error);
+  const std::filesystem::path file = InFolder(folder, kDatabaseFile);
+  const std::filesystem::path marker = InFolder(folder, kMarkerFile);
+  if (!std::filesystem::is_directory(os::ToFilesystemPath(folder), error)) return Result::NoDatabase;
+  if (std::filesystem::exists(marker, error) || std::filesystem::exists(file, error))
+    return Result::Duplicate;
+  int code = SQLITE_OK;
+  Connection connection = Connect(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, code);
+  Result result = FromSqlite(code);
+  if (result == Result::Done)
+    result = Execute(connection.get(), LayoutSql(os::IsRemoteFolder(folder)).c_str());
+  connection.reset();
+  if (result == Result::Done && !WriteMarker(marker)) result = Result::Full;
+  if (result != Result::Done) {
+    std::filesystem::remove(marker, error);
+    std::filesystem::remove(file, error);
+  }
+  return result;
+}
+
+}  // namespace kova::store

@@ -1,0 +1,355 @@
+#include "platform/recordstore/sqlite/sqlite_engine.h"
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+
+#include "platform/os/clock.h"
+
+namespace kova::store {
+namespace {
+
+constexpr int kLongestWait = 5000;  // ms
+constexpr int kFirstField = 2;      // behind id and exact
+
+}  // namespace
+
+SqliteEngine::SqliteEngine(Connection connection, bool canWrite)
+    : connection_(std::move(connection)),
+      canWrite_(canWrite),
+      statements_(AllTables().size()),
+      writeCounts_(AllTables().size()),
+      dirty_(AllTables().size()) {
+  sqlite3_busy_handler(connection_.get(), &WaitWhileBusy, this);
+  // Plans must not depend on what is bound: SQLite would compile a kept statement anew for every limit.
+  sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
+}
+
+SqliteEngine::~SqliteEngine() {
+  if (sqlite3_get_autocommit(connection_.get()) == 0) Rollback();
+}
+
+// The wait is bounded for an operation as a whole, however many locks it needs.
+int SqliteEngine::WaitWhileBusy(void* self, int) {
+  const auto* engine = static_cast<SqliteEngine*>(self);
+  if (os::MonotonicMilliseconds() >= engine->deadline_) return 0;
+  os::SleepMilliseconds(2);
+  return 1;
+}
+
+void SqliteEngine::StartClock() { deadline_ = os::MonotonicMilliseconds() + kLongestWait; }
+
+sqlite3_stmt* SqliteEngine::Prepare(Statement& place, const std::string& sql) {
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v3(connection_.get(), sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  place.reset(statement);
+  return statement;
+}
+
+sqlite3_stmt* SqliteEngine::ReadStatement(const TableDef& table, std::size_t keyIndex, Range range) {
+  std::vector<Statement>& reads = Of(table).reads;
+  reads.resize(table.keys.size() * kRanges);
+  Statement& place = reads[keyIndex * kRanges + static_cast<std::size_t>(range)];
+  return Prepared(place, [&] { return ReadSql(table, table.keys[keyIndex], range); });
+}
+
+void SqliteEngine::DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlock& block) {
+  char* record = block.Add(sqlite3_column_int64(row, 0));
+  const std::string_view exact = ColumnBytes(row, 1);
+  const char* exactRecord = exact.size() == table.recordSize ? exact.data() : nullptr;
+  int column = kFirstField;
+  for (const FieldDef& field : table.fields) {
+    char* bytes = record + field.offset;
+    if (field.kind == FieldKind::Text) {
+      TextFromColumn(ColumnText(row, column), exactRecord == nullptr ? nullptr : exactRecord + field.offset,
+                     bytes, field.width);
+    } else {
+      NumberFromColumn(sqlite3_column_int64(row, column), field.kind, bytes);
+    }
+    ++column;
+  }
+}
+
+Result SqliteEngine::ReadRange(const TableDef& table, std::size_t keyIndex, Range range, const ReadFrom& from,
+                               std::size_t limit, RecordBlock& block) {
+  sqlite3_stmt* statement = ReadStatement(table, keyIndex, range);
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  int at = 1;
+  if (range != Range::First && range != Range::Last) BindBytes(statement, at++, from.key);
+  if (range == Range::SameAfter || range == Range::SameBefore) sqlite3_bind_int64(statement, at++, from.id);
+  sqlite3_bind_int64(statement, at, static_cast<sqlite3_int64>(limit));
+  int code = SQLITE_OK;
+  while ((code = sqlite3_step(statement)) == SQLITE_ROW) DecodeRow(statement, table, block);
+  return FromSqlite(code);
+}
+
+Result SqliteEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from,
+                          std::size_t limit, RecordBlock& block) {
+  StartClock();
+  block.Reset(table.recordSize);
+  const auto read = [&](Range range) {
+    return ReadRange(table, keyIndex, range, from, limit - block.Size(), block);
+  };
+  const auto readOn = [&](Range same, Range other) {
+    if (table.keys[keyIndex].number != 0) {
+      const Result result = read(same);
+      if (result != Result::Done || block.Size() == limit) return result;
+    }
+    return read(other);
+  };
+  switch (from.place) {
+    case ReadFrom::Place::First:
+      return read(Range::First);
+    case ReadFrom::Place::Last:
+      return read(Range::Last);
+    case ReadFrom::Place::AtLeast:
+      return read(Range::AtLeast);
+    case ReadFrom::Place::AtMost:
+      return read(Range::AtMost);
+    case ReadFrom::Place::Below:
+      return read(Range::Below);
+    case ReadFrom::Place::After:
+      return readOn(Range::SameAfter, Range::Above);
+    case ReadFrom::Place::Before:
+      return readOn(Range::SameBefore, Range::Below);
+  }
+  return Result::BadArgument;
+}
+
+// Binds fields, keys and exact bytes; gives the number of the next parameter.
+int SqliteEngine::BindRecord(sqlite3_stmt* statement, const TableDef& table, const char* record) {
+  ToColumns(table, record, columns_);
+  int at = 1;
+  std::size_t text = 0;
+  for (const FieldDef& field : table.fields) {
+    if (field.kind == FieldKind::Text) {
+      BindText(statement, at++, columns_.texts[text++]);
+    } else {
+      sqlite3_bind_int64(statement, at++, NumberOfField(field.kind, record + field.offset));
+    }
+  }
+  keys_.resize(table.keys.size());
+  for (std::size_t i = 0; i < table.keys.size(); ++i) {
+    keys_[i] = MakeKey(table.keys[i], record);
+    BindBytes(statement, at++, keys_[i]);
+  }
+  if (!columns_.exact) BindBytes(statement, at, {record, table.recordSize});
+  return at + 1;
+}
+
+bool SqliteEngine::HoldsTransaction() const {
+  return mode_ == Mode::Host || mode_ == Mode::Unit || mode_ == Mode::UnitInHost;
+}
+
+// One write, within the transaction that is open or in one of its own.
+template <typename Write>
+Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
+  if (!canWrite_) return Result::ReadOnly;
+  const bool own = !HoldsTransaction();
+  if (own) {
+    const Result begun = BeginUnit();
+    if (begun != Result::Done) return begun;
+  } else if (sqlite3_get_autocommit(connection_.get()) != 0) {
+    return Result::NoTransaction;  // SQLite gave it up at an earlier failure; nothing more may be written in
+                                   // it
+  }
+  const Result result = write();
+  if (result == Result::Done) {
+    dirty_[static_cast<std::size_t>(table.id)] = true;
+    ++writeCounts_[static_cast<std::size_t>(table.id)];
+  }
+  if (!own) return result;
+  const Result ended = EndUnit(result == Result::Done);
+  return result == Result::Done ? ended : result;
+}
+
+Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId& id) {
+  return WriteWhole(table, [&] {
+    sqlite3_stmt* statement = Prepared(Of(table).insert, [&] { return InsertSql(table); });
+    if (statement == nullptr) return LastError();
+    const StatementUse use(statement);
+    BindRecord(statement, table, record);
+    const Result result = FromSqlite(sqlite3_step(statement));
+    if (result == Result::Done) id = sqlite3_last_insert_rowid(connection_.get());
+    return result;
+  });
+}
+
+Result SqliteEngine::ReadUnchanged(const TableDef& table, RecordId id, const char* expected) {
+  sqlite3_stmt* statement = Prepared(Of(table).selectById, [&] { return SelectByIdSql(table); });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  sqlite3_bind_int64(statement, 1, id);
+  const int code = sqlite3_step(statement);
+  if (code == SQLITE_DONE) return Result::Changed;
+  if (code != SQLITE_ROW) return FromSqlite(code);
+  RecordBlock stored;
+  stored.Reset(table.recordSize);
+  DecodeRow(statement, table, stored);
+  return std::memcmp(stored.Record(0), expected, table.recordSize) == 0 ? Result::Done : Result::Changed;
+}
+
+Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* record, const char* expected) {
+  return WriteWhole(table, [&] {
+    if (expected != nullptr) {
+      const Result unchanged = ReadUnchanged(table, id, expected);
+      if (unchanged != Result::Done) return unchanged;
+    }
+    sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(table); });
+    if (statement == nullptr) return LastError();
+    const StatementUse use(statement);
+    sqlite3_bind_int64(statement, BindRecord(statement, table, record), id);
+    const Result result = FromSqlite(sqlite3_step(statement));
+    if (result != Result::Done) return result;
+    return sqlite3_changes(connection_.get()) == 1 ? Result::Done : Result::Changed;
+  });
+}
+
+Result SqliteEngine::Delete(const TableDef& table, RecordId id) {
+  return WriteWhole(table, [&] {
+    sqlite3_stmt* statement = Prepared(Of(table).remove, [&] { return DeleteSql(table); });
+    if (statement == nullptr) return LastError();
+    const StatementUse use(statement);
+    sqlite3_bind_int64(statement, 1, id);
+    const Result result = FromSqlite(sqlite3_step(statement));
+    if (result != Result::Done) return result;
+    return sqlite3_changes(connection_.get()) == 1 ? Result::Done : Result::Changed;
+  });
+}
+
+Result SqliteEngine::Begin() {
+  if (HoldsTransaction()) return Result::InTransaction;
+  if (!canWrite_) return Result::ReadOnly;
+  StartClock();
+  if (mode_ == Mode::Reading) Rollback();
+  const Result result = Execute(connection_.get(), "BEGIN IMMEDIATE");
+  mode_ = result == Result::Done ? Mode::Host : Mode::Idle;
+  return result;
+}
+
+Result SqliteEngine::End() {
+  if (mode_ != Mode::Host) return Result::NoTransaction;
+  return Commit();
+}
+
+Result SqliteEngine::Abort() {
+  if (mode_ != Mode::Host) return Result::NoTransaction;
+  Rollback();
+  return Result::Done;
+}
+
+Result SqliteEngine::BeginUnit() {
+  if (mode_ == Mode::Unit || mode_ == Mode::UnitInHost) return Result::InTransaction;
+  if (mode_ == Mode::Host) {
+    if (sqlite3_get_autocommit(connection_.get()) != 0) return Result::NoTransaction;
+    const Result result = Execute(connection_.get(), "SAVEPOINT unit");
+    if (result == Result::Done) mode_ = Mode::UnitInHost;
+    return result;
+  }
+  const Result result = Begin();
+  if (result == Result::Done) mode_ = Mode::Unit;
+  return result;
+}
+
+Result SqliteEngine::EndUnit(bool worked) {
+  if (mode_ == Mode::UnitInHost) {
+    mode_ = Mode::Host;
+    if (worked) return Execute(connection_.get(), "RELEASE unit");
+    for (std::uint64_t& count : writeCounts_) ++count;
+    return Execute(connection_.get(), "ROLLBACK TO unit; RELEASE unit");
+  }
+  if (mode_ != Mode::Unit) return Result::NoTransaction;
+  if (worked) return Commit();
+  Rollback();
+  return Result::Done;
+}
+
+Result SqliteEngine::Commit() {
+  StartClock();
+  Result result = Result::NoTransaction;
+  if (sqlite3_get_autocommit(connection_.get()) == 0) result = WriteStamps();
+  if (result == Result::Done) result = Execute(connection_.get(), "COMMIT");
+  if (result != Result::Done) {
+    Rollback();
+    return result;
+  }
+  std::fill(dirty_.begin(), dirty_.end(), false);
+  mode_ = Mode::Idle;
+  return Result::Done;
+}
+
+void SqliteEngine::Rollback() {
+  if (sqlite3_get_autocommit(connection_.get()) == 0) (void)Execute(connection_.get(), "ROLLBACK");
+  std::fill(dirty_.begin(), dirty_.end(), false);
+  if (mode_ != Mode::Reading) {
+    for (std::uint64_t& count : writeCounts_) ++count;  // records read ahead may hold what was taken back
+  }
+  mode_ = Mode::Idle;
+}
+
+Result SqliteEngine::WriteStamps() {
+  for (const TableDef& table : AllTables()) {
+    if (!dirty_[static_cast<std::size_t>(table.id)]) continue;
+    sqlite3_stmt* statement = Prepared(
+        stampWrite_, [] { return "UPDATE change_stamp SET stamp = MAX(stamp + 1, ?) WHERE tableName = ?"; });
+    if (statement == nullptr) return LastError();
+    const StatementUse use(statement);
+    sqlite3_bind_int64(statement, 1, std::time(nullptr));
+    BindText(statement, 2, table.name);
+    const Result result = FromSqlite(sqlite3_step(statement));
+    if (result != Result::Done) return result;
+  }
+  return Result::Done;
+}
+
+void SqliteEngine::BeginReads() {
+  if (readDepth_++ > 0 || mode_ != Mode::Idle) return;
+  if (Execute(connection_.get(), "BEGIN") == Result::Done) mode_ = Mode::Reading;
+}
+
+void SqliteEngine::EndReads() {
+  if (--readDepth_ == 0 && mode_ == Mode::Reading) Rollback();
+}
+
+Result SqliteEngine::ChangeStamp(const TableDef& table, std::int64_t& stamp) {
+  StartClock();
+  sqlite3_stmt* statement =
+      Prepared(stampRead_, [] { return "SELECT stamp FROM change_stamp WHERE tableName = ?"; });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  BindText(statement, 1, table.name);
+  const int code = sqlite3_step(statement);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  stamp = sqlite3_column_int64(statement, 0);
+  if (dirty_[static_cast<std::size_t>(table.id)]) ++stamp;
+  return Result::Done;
+}
+
+Result SqliteEngine::NextNumber(std::string_view counter, std::int64_t& number) {
+  if (!HoldsTransaction()) return Result::NoTransaction;
+  sqlite3_stmt* statement = Prepared(
+      numberNext_, [] { return "UPDATE counter SET value = value + 1 WHERE name = ? RETURNING value"; });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  BindText(statement, 1, counter);
+  const int code = sqlite3_step(statement);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  number = sqlite3_column_int64(statement, 0);
+  return FromSqlite(sqlite3_step(statement));
+}
+
+std::uint64_t SqliteEngine::WriteCount(const TableDef& table) const {
+  return writeCounts_[static_cast<std::size_t>(table.id)];
+}
+
+Result SqliteEngine::CheckIntegrity(std::string& finding) {
+  StartClock();
+  Statement check;
+  sqlite3_stmt* statement = Prepared(check, [] { return "PRAGMA integrity_check(1)"; });
+  if (statement == nullptr || sqlite3_step(statement) != SQLITE_ROW) return Result::Damaged;
+  finding = ColumnText(statement, 0);
+  return finding == "ok" ? Result::Done : Result::Damaged;
+}
+
+}  // namespace kova::store

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/recordstore/engine.h"
+#include "platform/recordstore/record_text.h"
+#include "platform/recordstore/sqlite/statement.h"
+#include "platform/recordstore/sqlite/table_sql.h"
+
+namespace kova::store {
+
+/// The embedded engine: one SQLite file in the database folder.
+class SqliteEngine final : public Engine {
+ public:
+  /// Takes an open connection to a database of this version. `canWrite` false: every write gives ReadOnly.
+  SqliteEngine(Connection connection, bool canWrite);
+  ~SqliteEngine() override;
+
+  Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
+              RecordBlock& block) override;
+  Result Insert(const TableDef& table, const char* record, RecordId& id) override;
+  Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) override;
+  Result Delete(const TableDef& table, RecordId id) override;
+  Result Begin() override;
+  Result End() override;
+  Result Abort() override;
+  Result BeginUnit() override;
+  Result EndUnit(bool worked) override;
+  void BeginReads() override;
+  void EndReads() override;
+  Result ChangeStamp(const TableDef& table, std::int64_t& stamp) override;
+  Result NextNumber(std::string_view counter, std::int64_t& number) override;
+  std::uint64_t WriteCount(const TableDef& table) const override;
+  Result CheckIntegrity(std::string& finding) override;
+
+ private:
+  struct TableStatements {
+    Statement insert, update, remove, selectById;
+    std::vector<Statement> reads;  // keys * kRanges
+  };
+  enum class Mode { Idle, Reading, Host, Unit, UnitInHost };
+
+  static int WaitWhileBusy(void* self, int);
+  void StartClock();
+  sqlite3_stmt* Prepare(Statement& place, const std::string& sql);
+  /// The statement kept in `place`, made of `makeSql()` at its first use; null when that fails.
+  template <typename MakeSql>
+  sqlite3_stmt* Prepared(Statement& place, MakeSql makeSql) {
+    return place != nullptr ? place.get() : Prepare(place, makeSql());
+  }
+  Result LastError() const { return FromSqlite(sqlite3_errcode(connection_.get())); }
+  sqlite3_stmt* ReadStatement(const TableDef& table, std::size_t keyIndex, Range range);
+  Result ReadRange(const TableDef& table, std::size_t keyIndex, Range range, const ReadFrom& from,
+                   std::size_t limit, RecordBlock& block);
+  void DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlock& block);
+  int BindRecord(sqlite3_stmt* statement, const TableDef& table, const char* record);
+  Result ReadUnchanged(const TableDef& table, RecordId id, const char* expected);
+  template <typename Write>
+  Result WriteWhole(const TableDef& table, Write write);
+  bool HoldsTransaction() const;
+  Result Commit();
+  void Rollback();
+  Result WriteStamps();
+  TableStatements& Of(const TableDef& table) { return statements_[static_cast<std::size_t>(table.id)]; }
+
+  Connection connection_;
+  bool canWrite_;
+  std::vector<TableStatements> statements_;
+  Statement stampRead_, stampWrite_, numberNext_;
+  std::vector<std::uint64_t> writeCounts_;
+  std::vector<bool> dirty_;  // tables written in the transaction that is open
+  Mode mode_ = Mode::Idle;
+  int readDepth_ = 0;
+  std::int64_t deadline_ = 0;  // of os::MonotonicMilliseconds
+  RecordColumns columns_;      // storage reused from write to write
+  std::vector<std::string> keys_;
+};
+
+}  // namespace kova::store

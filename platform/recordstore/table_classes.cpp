@@ -1,0 +1,186 @@
+#include "platform/recordstore/table_classes.h"
+
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#include "platform/recordstore/engine.h"
+#include "platform/recordstore/result.h"
+#include "platform/recordstore/schema.h"
+
+using kova::store::Engine;
+using kova::store::PutText;
+using kova::store::Result;
+
+namespace {
+
+int Code(Result result) { return static_cast<int>(result); }
+
+// Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only.
+template <typename Writes>
+int AsUnit(Engine* engine, Writes writes) {
+  if (engine == nullptr) return Code(Result::NotOpen);
+  try {
+    const Result begun = engine->BeginUnit();
+    if (begun != Result::Done) return Code(begun);
+    const int result = writes();
+    const Result ended = engine->EndUnit(result == 0);
+    return result != 0 ? result : Code(ended);
+  } catch (const std::exception&) {
+    (void)engine->EndUnit(false);
+    return Code(Result::Failed);
+  }
+}
+
+std::int32_t WrappingAdd(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+std::int32_t WrappingMultiply(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
+// Walks the records of a bound table whose key 'keyNumber' begins with `number`, a record number.
+template <typename Table, typename Use>
+int WalkOfNumber(Table& table, int keyNumber, const char (&number)[13], Use use) {
+  int result = table.SetKey(keyNumber);
+  if (result != 0) return result;
+  table.SetKeyBuffer(number, sizeof number);
+  for (result = table.GetEQ(); result == 0; result = table.GetNEXT()) {
+    const int used = use(table.record);
+    if (used < 0) break;
+    if (used > 0) return used;
+  }
+  const bool off = result == Code(Result::NotFound) || result == Code(Result::EndOfTable);
+  return off ? 0 : result;
+}
+
+}  // namespace
+
+int CPatientDB::GetPatientData(CPatientDB2* second, const char* patientCode) {
+  const int first = GetPatient1Data(patientCode);
+  if (first != 0 || second == nullptr) return first != 0 ? first : Code(Result::BadArgument);
+  int result = second->GetPatient2Data(patientCode);
+  if (result != Code(Result::NotOpen)) return result;
+  result = second->SetAssociatedDB(GetDB());
+  return result != 0 ? result : second->GetPatient2Data(patientCode);
+}
+
+int CPatientDB::UpdatePatientData(CPatientDB2* second, int updateType) {
+  if (second == nullptr) return Code(Result::BadArgument);
+  const bool unchanged = updateType == UPDATE_IF_UNCHANGED;
+  return AsUnit(GetEngine(), [&] {
+    const int first = unchanged ? UpdateIfUnchanged() : CBaseDBCall::Update();
+    if (first != 0) return first;
+    return unchanged ? second->UpdateIfUnchanged() : second->Update();
+  });
+}
+
+int CReservationDB::Update(int updateType) {
+  return updateType == UPDATE_IF_UNCHANGED ? UpdateIfUnchanged() : CBaseDBCall::Update();
+}
+
+int CReservationDB::Delete() {
+  return AsUnit(GetEngine(), [&] {
+    CReservationStandbyDB standby(nullptr, 0);
+    int result = standby.SetAssociatedDB(GetDB());
+    while (result == 0) {
+      result = standby.GetReservationStandbyDataFromReservationKey(record.reservationNumber);
+      if (result == 0) result = standby.Delete();
+    }
+    return result == Code(Result::NotFound) ? CBaseDBCall::Delete() : result;
+  });
+}
+
+int CReservationStandbyDB::GetReservationStandbyDataFromReservationKey(const char* reservationNumber) {
+  tagRESERVATIONSTANDBY wanted{};
+  PutText(wanted.reservationNumber, reservationNumber == nullptr ? "" : reservationNumber);
+  (void)SetKey(1);
+  SetKeyBuffer(wanted.reservationNumber, sizeof wanted.reservationNumber);
+  return GetEQ();
+}
+
+int CSaleDB::Update(UPDATE_TYPE updateType) {
+  return updateType == UPDATE_IF_UNCHANGED ? UpdateIfUnchanged() : CBaseDBCall::Update();
+}
+
+int CSaleDB::Delete(int withItems) {
+  if (withItems == 0) return CBaseDBCall::Delete();
+  return AsUnit(GetEngine(), [&] {
+    CSaleItemDB items(nullptr, 0);
+    const int bound = items.SetAssociatedDB(GetDB());
+    if (bound != 0) return bound;
+    const int deleted = WalkOfNumber(items, 0, record.saleNumber, [&](const tagSALEITEM& item) {
+      if (std::memcmp(item.saleNumber, record.saleNumber, sizeof item.saleNumber) != 0) return -1;
+      return items.Delete();
+    });
+    return deleted != 0 ? deleted : CBaseDBCall::Delete();
+  });
+}
+
+int CSaleDB::InsertAdjustFee(CString& saleNumber, tagSALEITEM* item, void* saleItemTable) {
+  saleNumber.Empty();
+  auto* items = static_cast<CSaleItemDB*>(saleItemTable);
+  if (item == nullptr || items == nullptr) return Code(Result::BadArgument);
+  Engine* engine = GetEngine();
+  if (engine != items->GetEngine()) return Code(Result::BadArgument);
+  const int result = AsUnit(engine, [&] {
+    std::int64_t number = 0;
+    const Result counted = engine->NextNumber("saleNumber", number);
+    if (counted != Result::Done) return Code(counted);
+    char text[24];
+    std::snprintf(text, sizeof text, "%012lld", static_cast<long long>(number));
+    PutText(record.saleNumber, text);
+    PutText(item->saleNumber, text);
+    PutText(item->lineNumber, "0001");
+    items->record = *item;
+    const int inserted = Insert();
+    return inserted != 0 ? inserted : items->Insert();
+  });
+  if (result == 0) saleNumber = record.saleNumber;
+  return result;
+}
+
+int CSaleDB::CalcSum(tagSALE* sale, void* saleItemTable, long* points, long* selfPaid, long* reducedAmount,
+                     long* tax, long* total) {
+  std::int32_t sums[3] = {};
+  auto* items = static_cast<CSaleItemDB*>(saleItemTable);
+  int result = sale == nullptr || items == nullptr ? Code(Result::BadArgument) : 0;
+  if (result == 0) {
+    result = WalkOfNumber(*items, 0, sale->saleNumber, [&](const tagSALEITEM& item) {
+      if (std::memcmp(item.saleNumber, sale->saleNumber, sizeof item.saleNumber) != 0) return -1;
+      if (item.insuranceItem != 0) {
+        sums[0] = WrappingAdd(sums[0], WrappingMultiply(item.unitPrice, item.quantity));
+        return 0;
+      }
+      sums[1] = WrappingAdd(sums[1], item.amount);
+      if (item.reducedRate != 0) sums[2] = WrappingAdd(sums[2], item.amount);
+      return 0;
+    });
+  }
+  const bool read = result == 0;
+  const std::int32_t saleTax = read ? sale->tax : 0;
+  std::int32_t sum = 0;
+  if (read) {
+    sum = WrappingAdd(WrappingAdd(sums[1], sale->insuredAmount), saleTax);
+    sum = static_cast<std::int32_t>(static_cast<std::uint32_t>(sum) -
+                                    static_cast<std::uint32_t>(sale->discount));
+  }
+  const struct {
+    long* to;
+    std::int32_t value;
+  } results[] = {{points, read ? sums[0] : 0},
+                 {selfPaid, read ? sums[1] : 0},
+                 {reducedAmount, read ? sums[2] : 0},
+                 {tax, saleTax},
+                 {total, sum}};
+  for (const auto& each : results) {
+    if (each.to != nullptr) *each.to = each.value;
+  }
+  return result;
+}
+
+int CChargeDB::Delete(int receiptedToo) {
+  if (receiptedToo == 0 && record.receipted != 0) return Code(Result::Receipted);
+  return CBaseDBCall::Delete();
+}

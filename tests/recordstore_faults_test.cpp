@@ -1,0 +1,290 @@
+// What the record store does when the disk, the folder, another process or the file itself is not as it
+// should be.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <set>
+#include <string>
+
+#include "platform/os/clock.h"
+#include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/kovadbcall.h"
+#include "tests/child_process.h"
+#include "tests/failing_vfs.h"
+
+namespace kova::testing {
+namespace {
+
+using store::GetText;
+using store::PutText;
+using store::Result;
+
+constexpr int Code(Result result) { return static_cast<int>(result); }
+
+#ifdef _WIN32
+constexpr int kKills = 20;  // a process starts a hundred times slower under Wine
+#else
+constexpr int kKills = 100;
+#endif
+
+int MakeSale(CKovaDBSys& db, CString& number) {
+  CSaleDB sale(nullptr, 0);
+  CSaleItemDB items(nullptr, 0);
+  int result = sale.SetAssociatedDB(&db);
+  if (result == 0) result = items.SetAssociatedDB(&db);
+  if (result != 0) return result;
+  tagSALEITEM item{};
+  PutText(sale.record.saleDate, "20260101");
+  PutText(item.itemName, "初診料");
+  return sale.InsertAdjustFee(number, &item, &items);
+}
+
+// Empty when the database is sound and every sale has its one item; else what is wrong.
+std::string Flaw(const std::string& folder, int* sales = nullptr) {
+  CKovaDBSys db;
+  const int opened = db.OpenDB(folder.c_str());
+  if (opened != 0) return "cannot be opened: " + std::to_string(opened);
+  std::string finding;
+  if (db.CheckIntegrity(finding) != 0) return finding;
+  std::set<std::string> numbers[2];
+  CSaleDB sale(nullptr, 0);
+  CSaleItemDB item(nullptr, 0);
+  if (sale.SetAssociatedDB(&db) != 0 || item.SetAssociatedDB(&db) != 0) return "cannot be bound";
+  for (int r = sale.GetFIRST(); r == 0; r = sale.GetNEXT())
+    numbers[0].emplace(GetText(sale.record.saleNumber));
+  for (int r = item.GetFIRST(); r == 0; r = item.GetNEXT())
+    numbers[1].emplace(GetText(item.record.saleNumber));
+  if (sales != nullptr) *sales = static_cast<int>(numbers[0].size());
+  return numbers[0] == numbers[1] ? "" : "a sale without its item, or an item without its sale";
+}
+
+std::string FileBytes(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+TEST(RecordStoreFaults, FoldersWithoutADatabase) {
+  const os::testing::TemporaryFolder folder("faults");
+  CKovaDBSys db;
+  EXPECT_EQ(db.OpenDB(nullptr), Code(Result::NoDatabase));
+  EXPECT_EQ(db.OpenDB(""), Code(Result::NoDatabase));
+  EXPECT_EQ(db.OpenDB((folder.Path() + "missing").c_str()), Code(Result::NoDatabase));
+  EXPECT_EQ(db.OpenDB(folder.Path().c_str()), Code(Result::NoDatabase));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Native())) << "nothing was made";
+  ASSERT_EQ(KovaCreateDatabase((folder.Path() + "a").c_str()), 0);
+  EXPECT_EQ(KovaCreateDatabase((folder.Path() + "a").c_str()), Code(Result::Duplicate));
+  std::filesystem::remove(folder.Native() / "a" / "INDEXCONTROL.BTR");
+  EXPECT_EQ(db.OpenDB((folder.Path() + "a").c_str()), Code(Result::NoDatabase)) << "half-copied: no marker";
+  WriteBytes(folder.Native() / "file", "x");
+  EXPECT_NE(KovaCreateDatabase((folder.Path() + "file").c_str()), 0);
+}
+
+TEST(RecordStoreFaults, DamagedFilesAreToldAndLeftAsTheyAre) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  const std::filesystem::path file = folder.Native() / "kova.db";
+  const std::string sound = FileBytes(file);
+  std::mt19937 random(1);
+  std::string noise(100000, '\0');
+  for (char& c : noise) c = static_cast<char>(random());
+  std::string newer = sound;
+  newer[63] = 99;  // user_version
+  std::string foreign = sound;
+  foreign[68] ^= 1;  // application_id
+  const struct {
+    const char* name;
+    std::string bytes;
+    Result result;
+  } cases[] = {{"empty", "", Result::Damaged},
+               {"noise", noise, Result::Damaged},
+               {"truncated", sound.substr(0, sound.size() / 2), Result::Damaged},
+               {"cut in the header", sound.substr(0, 50), Result::Damaged},
+               {"newer", newer, Result::WrongVersion},
+               {"another program's", foreign, Result::Damaged}};
+  for (const auto& each : cases) {
+    WriteBytes(file, each.bytes);
+    CKovaDBSys db;
+    EXPECT_EQ(db.OpenDB(folder.Path().c_str()), Code(each.result)) << each.name;
+    EXPECT_EQ(db.IsOpen(), 0);
+    db.CloseDB();
+    EXPECT_EQ(FileBytes(file), each.bytes) << each.name;
+  }
+}
+
+// Damage in the middle of a table is met while reading, and every operation answers with a result.
+TEST(RecordStoreFaults, DamageInTheMiddleNeverCrashes) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  {
+    CKovaDBSys db;
+    CString number;
+    ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+    for (int i = 0; i < 50; ++i) ASSERT_EQ(MakeSale(db, number), 0);
+  }
+  const std::filesystem::path file = folder.Native() / "kova.db";
+  const std::string sound = FileBytes(file);
+  std::mt19937 random(2);
+  for (int round = 0; round < 60; ++round) {
+    std::string damaged = sound;
+    for (int i = 0; i < 40; ++i)
+      damaged[100 + random() % (damaged.size() - 100)] = static_cast<char>(random());
+    WriteBytes(file, damaged);
+    CKovaDBSys db;
+    if (db.OpenDB(folder.Path().c_str()) != 0) continue;
+    CSaleDB sale(nullptr, 0);
+    ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+    int steps = 0;
+    for (int r = sale.GetFIRST(); r == 0 && steps < 1000; r = sale.GetNEXT()) ++steps;
+    CString number;
+    (void)MakeSale(db, number);
+    std::string finding;
+    (void)db.CheckIntegrity(finding);
+  }
+}
+
+// The disk runs full, or the drive fails, at each single step of a sale in turn.
+TEST(RecordStoreFaults, AFailingDiskNeverLeavesHalfASale) {
+  for (const int code : {SQLITE_FULL, SQLITE_IOERR_WRITE}) {
+    const os::testing::TemporaryFolder folder("faults");
+    ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+    int sales = 0;
+    bool worked = false;
+    for (int step = 1; !worked && step < 200; ++step) {
+      CKovaDBSys db;
+      ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+      CString number;
+      FailFromStep(step, code);
+      const int result = MakeSale(db, number);
+      worked = StepsTaken() < step;
+      FailFromStep(0, 0);
+      EXPECT_EQ(result == 0, worked) << "step " << step;
+      if (!worked && code == SQLITE_FULL && step == 1) {
+        EXPECT_EQ(result, Code(Result::Full));
+      }
+      EXPECT_EQ(number.IsEmpty(), !worked);
+      // The connection goes on once there is room again.
+      EXPECT_EQ(MakeSale(db, number), 0) << "step " << step;
+      ++sales;
+      db.CloseDB();
+      int found = 0;
+      EXPECT_EQ(Flaw(folder.Path(), &found), "") << "step " << step;
+      sales += worked ? 1 : 0;
+      EXPECT_EQ(found, sales) << "step " << step;
+    }
+    EXPECT_TRUE(worked) << "no step count was enough";
+  }
+}
+
+// The same inside the host's transaction: what failed is gone, and the host is told at the latest at its end.
+TEST(RecordStoreFaults, ATransactionLostToTheDiskIsLostWhole) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  bool worked = false;
+  for (int step = 1; !worked && step < 200; ++step) {
+    CKovaDBSys db;
+    ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+    CSaleDB sale(nullptr, 0);
+    ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+    int before = 0, after = 0;
+    EXPECT_EQ(Flaw(folder.Path(), &before), "");
+    FailFromStep(step, SQLITE_FULL);
+    CString number;
+    const int begun = sale.BeginTran();
+    const int first = MakeSale(db, number);
+    const int second = MakeSale(db, number);
+    const int ended = begun == 0 ? sale.EndTran() : begun;
+    worked = StepsTaken() < step;
+    FailFromStep(0, 0);
+    db.CloseDB();
+    EXPECT_EQ(Flaw(folder.Path(), &after), "");
+    EXPECT_EQ(after - before, ended == 0 ? (first == 0) + (second == 0) : 0) << "step " << step;
+    EXPECT_EQ(ended == 0 && first == 0 && second == 0, worked) << "step " << step;
+  }
+}
+
+TEST(RecordStoreFaults, ABusyStoreIsWaitedForAtMostFiveSeconds) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  CKovaDBSys holder, waiter;
+  ASSERT_EQ(holder.OpenDB(folder.Path().c_str()), 0);
+  ASSERT_EQ(waiter.OpenDB(folder.Path().c_str()), 0);
+  CSaleDB held(nullptr, 0), sale(nullptr, 0);
+  ASSERT_EQ(held.SetAssociatedDB(&holder), 0);
+  ASSERT_EQ(sale.SetAssociatedDB(&waiter), 0);
+  ASSERT_EQ(held.BeginTran(), 0);
+  CString number;
+  ASSERT_EQ(MakeSale(holder, number), 0);
+  const std::int64_t began = os::MonotonicMilliseconds();
+  EXPECT_EQ(MakeSale(waiter, number), Code(Result::Busy));
+  const std::int64_t waited = os::MonotonicMilliseconds() - began;
+  EXPECT_GE(waited, 4500);
+  EXPECT_LT(waited, 8000);
+  EXPECT_EQ(sale.GetFIRST(), Code(Result::EndOfTable)) << "reading goes on meanwhile";
+  ASSERT_EQ(held.EndTran(), 0);
+  EXPECT_EQ(MakeSale(waiter, number), 0);
+  EXPECT_STREQ(number, "000000000002");
+}
+
+TEST(RecordStoreFaults, AKilledProcessLeavesWholeSales) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  SetChildFolder(folder.Native());
+  std::mt19937 random(3);
+  for (int round = 0; round < kKills; ++round) {
+    ChildProcess child({"--sales", "1000000"});
+    os::SleepMilliseconds(static_cast<int>(20 + random() % 60));
+    child.Kill();
+    if (round % 10 == 9) {
+      ASSERT_EQ(Flaw(folder.Path()), "") << "round " << round;
+    }
+  }
+  int sales = 0;
+  EXPECT_EQ(Flaw(folder.Path(), &sales), "");
+  EXPECT_GT(sales, kKills / 4) << "the children were killed before they did anything";
+}
+
+TEST(RecordStoreFaults, ProcessesShareOneDatabase) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  SetChildFolder(folder.Native());
+  {
+    ChildProcess first({"--sales", "60"});
+    ChildProcess second({"--sales", "60"});
+    EXPECT_EQ(first.Wait(), 0);
+    EXPECT_EQ(second.Wait(), 0);
+  }
+  int sales = 0;
+  EXPECT_EQ(Flaw(folder.Path(), &sales), "");
+  EXPECT_EQ(sales, 120) << "each sale got a number of its own";
+}
+
+}  // namespace
+
+// The child's part: makes that many sales.
+int MakeSales(int count) {
+  CKovaDBSys db;
+  if (db.OpenDB(ChildFolder().c_str()) != 0) return 2;
+  CString number;
+  for (int i = 0; i < count; ++i) {
+    if (MakeSale(db, number) != 0) return 3;
+  }
+  return 0;
+}
+
+}  // namespace kova::testing
+
+int main(int argc, char** argv) {
+  const bool isChild = argc > 1 && std::string(argv[1]) == "--sales";
+  if (isChild) return argc == 3 ? kova::testing::MakeSales(std::atoi(argv[2])) : 2;
+  kova::testing::InstallFailingVfs();
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
