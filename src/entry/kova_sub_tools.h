@@ -1,0 +1,125 @@
+#pragma once
+
+#include <afx.h>
+#include <afxdisp.h>
+#include <afxwin.h>
+
+#include "entry/kovacomdlg_export.h"
+
+class CKovaDBSys;
+
+/// The calculations and file exchanges that must come out alike in all applications of the suite. All
+/// operations are static, keep nothing between calls, read the settings that they need afresh and run on the
+/// caller's thread. Texts are code page 932; dates are YYYYMMDD; amounts are whole yen in 32 bits. No
+/// exception leaves an operation: where memory or a file fails, the answer is the one given for "nothing
+/// there".
+class KOVACOMDLG_API CKovaSubTools {
+ public:
+  // ---- The practice's settings: "GLOBALSETTING.ini" in the database folder that the application profile
+  // names
+  // ("GLOBAL"/"DATABASE"), or "GLOBALSETTING_n.ini" where "GLOBAL"/"PROFILE" is n.
+
+  /// TRUE when "GLOBALSETTING.ini" exists, whatever "PROFILE" says (deliberately).
+  static int IsExistGlobalSettingFile();
+
+  /// The value of a key, at most 999 bytes; the default when there is no database folder, file, section or
+  /// key.
+  static CString GetGlobalSettingString(const char* section, const char* key, const char* defaultValue);
+  /// Stores a value; makes file, section and key as needed. A failing write is silent. A null value removes
+  /// the key.
+  static void SetGlobalSettingString(const char* section, const char* key, const char* value);
+
+  /// The value as a number by atoi's rule: a key that is there but empty or no number gives 0, not the
+  /// default.
+  static int GetGlobalSettingInt(const char* section, const char* key, int defaultValue);
+  static void SetGlobalSettingInt(const char* section, const char* key, int value);
+
+  /// The number on the first line of a switch file in the database folder; 0 when there is none.
+  static int GetGlobalOptSys(const char* fileName);
+
+  // ---- Folders. Each ends in "\"; empty means not available.
+
+  /// The running program's folder.
+  static CString GetProgramFolder();
+  /// The folder above it.
+  static CString GetInstallFolder();
+  /// "tmp\" in the program folder, made when missing.
+  static CString GetTemporaryFolder();
+  /// "templates\" in the database folder; neither made nor looked for.
+  static CString GetTemplatesFolder();
+  /// The profile's "GLOBAL"/"Photo" as stored, or "Photo\" in the database folder, made when missing.
+  static CString GetPhotoPath();
+  /// A patient's folder in the photo path; made when `create` is non-zero.
+  static CString GetPatientPhotoFolder(const char* patientId, int create);
+  /// The full name of the patient's face photo, which need not exist.
+  static CString GetFacePhotoPath(const char* patientId, int create);
+  /// Folders in the database folder whose existence switches a link on; empty when they do not exist.
+  static CString GetGoogleConnectPath();
+  static CString GetWebConnectPath();
+  static CString GetCheckInPath();
+  /// TRUE when the matching path is not empty.
+  static int IsGoogleConnect();
+  static int IsWebConnect();
+  static int IsCheckIn();
+
+  // ---- Consumption tax (settings section "MENTE").
+
+  /// The rate in force on `date`, as a fraction: 0.08 is 8 %. 0.0 when no period contains the date.
+  ///
+  /// @param contractDate  date of the contract, or "": counts as "GLOBAL"/"ConsumptionTaxCont2" says
+  /// @param reduced       non-zero for the reduced rate
+  static double GetTaxRate(const char* date, const char* contractDate, int reduced);
+  /// TRUE when the period of `date` has a reduced rate above zero.
+  static int IsTaxReduce(const char* date);
+  /// Whole yen by a rounding mode: 1 half up, 2 up, 3 down, other toward zero; see charges/rounding.h.
+  static long RoundOff(short mode, double value);
+  static long GetRoundOffLong(double value);
+
+  // ---- Insurance contribution. `charge` points to a tagCONTRIBUTION (charges/contributions.h); null counts
+  // as zeros.
+
+  /// The patient's contribution in yen before the amount borne elsewhere is taken off.
+  static long CalcPartialContribution(void* charge, int roundMode);
+  /// That less the amount borne elsewhere; 0 for a flat-amount charge.
+  static long CalcPublicContribution(void* charge, int roundMode);
+  /// Both at once.
+  static void CalcContribution(long* contribution, long* net, void* charge, int roundMode);
+  /// The receipt rate of the period that contains the date, as a fraction; 0.0 when there is none.
+  static double GetReceptRate(const char* date);
+  /// The same in whole percent; 0 when there is none.
+  static int GetReceptPercent(COleDateTime date);
+  /// Orders elements by their leading 32-bit number, for qsort; never 0.
+  static int cmpRecept(const void* a, const void* b);
+
+  // ---- Reservations and sales.
+
+  /// Turns the fee of a reservation into a sale of one item. `feeRequest` points to a tagFEEREQUEST
+  /// (reservations/fee_request.h), whose sale number is set. 0 for success, else the record store's result;
+  /// nothing is written then. Opens no transaction of its own: inside the caller's it belongs to that one.
+  static int ReservationToSale(CKovaDBSys* db, void* feeRequest);
+
+  // ---- Text, numbers, dates.
+
+  /// TRUE when every byte is a digit, so also for the empty text.
+  static int IsNumeric(const char* text);
+  /// The amount in a text typed with thousands separators.
+  static long Str2Long(const char* text);
+  /// Kana converted: mode 1 full-width hiragana, 3 full-width katakana, other half-width katakana; then
+  /// spaces made half-width (space flag 0) or full-width.
+  static CString ChangeFurigana(const char* text, int kanaMode, int spaceFlag);
+  /// The reading of what the input method has just put into the window, in the kana mode's form; empty when
+  /// there is none. Ask while the result is being reported (WM_IME_COMPOSITION), and append it to the reading
+  /// field.
+  static CString GetFurigana(CWnd* edit, int kanaMode, int spaceFlag);
+  /// The difference of two clock times given as HHMM numbers, as HHMM.
+  static short GetTimeSpan(short later, short earlier);
+  /// "日" for 1 to "土" for 7; empty for another number.
+  static CString GetDayOfWeekString(int weekday);
+  static CString GetPrivilegeName(int privilege);
+  /// The index of an equal element; -1 after appending the text because there was none.
+  static int CmpAdd(CStringArray* list, const char* text);
+
+ private:
+  /// Full name of the settings file; empty without a database folder.
+  static CString GetGlobalSettingFile();
+};
