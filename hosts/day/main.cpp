@@ -1,0 +1,189 @@
+// day: turns the fees of today's first visited reservations into sales, as the reception does it, and prints
+// what the database then holds.
+
+#include <cstring>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "entry/kova_sub_tools.h"
+#include "hosts/console/console.h"
+#include "hosts/console/practice.h"
+#include "hosts/day/columns.h"
+#include "platform/text932/cp932.h"
+#include "reservations/fee_request.h"
+
+namespace kova::hosts {
+namespace {
+
+using store::GetText;
+using store::PutText;
+
+constexpr const char* kUsage = "usage: day --app FILE.ini [--date YYYYMMDD] [--count N]";
+constexpr int kByDateAndTime = 6;  // key of the reservations
+
+struct Request {
+  std::string date;
+  int count = 10;
+};
+
+std::string Today() {
+  const std::time_t now = std::time(nullptr);
+  char text[16];
+  std::strftime(text, sizeof text, "%Y%m%d", std::localtime(&now));
+  return text;
+}
+
+Request Parse(const std::vector<std::string>& arguments, Practice& practice) {
+  Request request{Today(), 10};
+  for (std::size_t i = 0; i < arguments.size(); i += 2) {
+    if (i + 1 == arguments.size()) throw UsageError(kUsage);
+    const std::string& value = arguments[i + 1];
+    if (arguments[i] == "--app") {
+      practice.UseProfile(value);
+    } else if (arguments[i] == "--date") {
+      NumberArgument(value, "--date", 10000101, 99991231);
+      request.date = value;
+    } else if (arguments[i] == "--count") {
+      request.count = static_cast<int>(NumberArgument(value, "--count", 1, 10000));
+    } else {
+      throw UsageError(kUsage);
+    }
+  }
+  return request;
+}
+
+/// Throws when the record store did not do what it was asked to.
+void Check(int result, const char* what) {
+  if (result != 0) throw UsageError(std::string(what) + ": result " + DescribeResult(result));
+}
+
+bool IsDue(const tagRESERVATION& reservation) {
+  const bool onTheBoard = reservation.status < 2;
+  return onTheBoard && reservation.visited != 0 && reservation.hasFee != 0 &&
+         GetText(reservation.saleNumber).empty();
+}
+
+/// The numbers of the day's visited reservations with a fee and without a sale, in order of time.
+std::vector<std::string> FindDue(CKovaDBSys& db, const Request& request) {
+  const CKovaReads reads(&db);
+  CReservationDB table(nullptr, 0);
+  Check(table.SetAssociatedDB(&db), "the reservations");
+  Check(table.SetKey(kByDateAndTime), "the reservations");
+  table.SetKeyBuffer(request.date.data(), static_cast<unsigned long>(request.date.size()));
+  std::vector<std::string> due;
+  for (int result = table.GetGREQ(); result == 0 && table.IsEOF() == 0; result = table.GetNEXT()) {
+    const bool enough = due.size() == static_cast<std::size_t>(request.count);
+    if (enough || GetText(table.record.reservationDate) != request.date) break;
+    if (IsDue(table.record)) due.emplace_back(GetText(table.record.reservationNumber));
+  }
+  return due;
+}
+
+tagFEEREQUEST FeeOf(const tagRESERVATION& reservation) {
+  tagFEEREQUEST fee{};
+  PutText(fee.patientCode, GetText(reservation.patientCode));
+  PutText(fee.saleDate, GetText(reservation.reservationDate));
+  PutText(fee.categoryCode, GetText(reservation.feeCategoryCode));
+  PutText(fee.itemCode, GetText(reservation.feeItemCode));
+  PutText(fee.itemText, GetText(reservation.feeText));
+  fee.noCategory = reservation.feeNoCategory;
+  fee.amount = reservation.feeAmount;
+  return fee;
+}
+
+/// Inside a transaction: the sale, and its number in the reservation.
+int SellInTransaction(CKovaDBSys& db, CReservationDB& table, const std::string& number) {
+  const int found = table.GetReservationData(number.c_str());
+  if (found != 0) return found;
+  if (!IsDue(table.record)) return 0;  // another workstation was faster
+  tagFEEREQUEST fee = FeeOf(table.record);
+  const int sold = CKovaSubTools::ReservationToSale(&db, &fee);
+  if (sold != 0) return sold;
+  PutText(table.record.saleNumber, GetText(fee.saleNumber));
+  return table.Update(UPDATE_IF_UNCHANGED);
+}
+
+/// The sale and the reservation that knows of it, both or neither.
+void Sell(CKovaDBSys& db, CReservationDB& table, const std::string& number) {
+  Check(table.BeginTran(), "a transaction");
+  const int result = SellInTransaction(db, table, number);
+  if (result != 0) (void)table.AbortTran();
+  Check(result, "a sale");
+  Check(table.EndTran(), "a sale");
+}
+
+std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
+
+/// "12,345".
+std::string Yen(std::int32_t amount) {
+  std::string text = std::to_string(amount);
+  const std::size_t sign = amount < 0 ? 1 : 0;
+  for (std::size_t at = text.size(); at > sign + 3;) text.insert(at -= 3, 1, ',');
+  return text;
+}
+
+std::string RateOf(const tagSALE& sale) {
+  if (sale.tax == 0) return "-";
+  const int reduced = sale.reducedRateTax != 0 ? 1 : 0;
+  const double rate = CKovaSubTools::GetTaxRate(std::string(GetText(sale.saleDate)).c_str(), "", reduced);
+  return std::to_string(CKovaSubTools::RoundOff(1, rate * 100)) + " %" + (reduced != 0 ? " *" : "");
+}
+
+/// The first record of a sale's items.
+int GetFirstItem(CSaleItemDB& items, const tagSALE& sale) {
+  items.SetKey(0);
+  items.SetKeyBuffer(sale.saleNumber, sizeof sale.saleNumber);
+  const int result = items.GetGREQ();
+  const bool other = result == 0 && GetText(items.record.saleNumber) != GetText(sale.saleNumber);
+  return other ? static_cast<int>(store::Result::NotFound) : result;
+}
+
+std::vector<std::string> ReadRow(CKovaDBSys& db, const std::string& reservationNumber) {
+  const CKovaReads reads(&db);
+  CReservationDB reservations(nullptr, 0);
+  CPatientDB patients(nullptr, 0);
+  CSaleDB sales(nullptr, 0);
+  CSaleItemDB items(nullptr, 0);
+  for (CBaseDBCall* each : std::initializer_list<CBaseDBCall*>{&reservations, &patients, &sales, &items})
+    Check(each->SetAssociatedDB(&db), "a table");
+  Check(reservations.GetReservationData(reservationNumber.c_str()), "the reservation");
+  const tagRESERVATION& reservation = reservations.record;
+  Check(patients.GetPatient1Data(std::string(GetText(reservation.patientCode)).c_str()), "the patient");
+  Check(sales.GetSaleData(std::string(GetText(reservation.saleNumber)).c_str()), "the sale");
+  Check(GetFirstItem(items, sales.record), "the sale's item");
+  const bool named = items.record.itemName[0] != 0;
+  return {Utf8(GetText(patients.record.name)),
+          Utf8(named ? GetText(items.record.itemName) : GetText(items.record.itemText)),
+          Yen(items.record.amount),
+          RateOf(sales.record),
+          Yen(sales.record.tax),
+          Yen(sales.record.total),
+          Utf8(GetText(sales.record.saleNumber))};
+}
+
+int Main(const std::vector<std::string>& arguments) {
+  Practice practice;
+  const Request request = Parse(arguments, practice);
+  CKovaDBSys& db = practice.Database();
+  const std::vector<std::string> due = FindDue(db, request);
+  CReservationDB table(nullptr, 0);
+  Check(table.SetAssociatedDB(&db), "the reservations");
+  for (const std::string& number : due) Sell(db, table, number);
+  std::vector<std::vector<std::string>> rows;
+  for (const std::string& number : due) rows.push_back(ReadRow(db, number));
+  Print(FormatTable({{"patient"},
+                     {"item"},
+                     {"amount", true},
+                     {"rate", true},
+                     {"tax", true},
+                     {"total", true},
+                     {"sale number"}},
+                    rows));
+  return 0;
+}
+
+}  // namespace
+}  // namespace kova::hosts
+
+int main(int argc, char** argv) { return kova::hosts::RunConsole("day", argc, argv, kova::hosts::Main); }

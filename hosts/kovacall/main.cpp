@@ -1,0 +1,88 @@
+// kovacall: calls one exported operation and prints what it gives. The support engineer's tool.
+
+#include "hosts/console/console.h"
+#include "hosts/kovacall/operation.h"
+#include "hosts/kovacall/table_commands.h"
+
+namespace kova::hosts {
+namespace {
+
+constexpr std::string_view kUsage =
+    "kovacall [--app FILE.ini] OPERATION ARGUMENT...\n"
+    "  calls one operation with the application profile FILE.ini; prints its result on one line (an\n"
+    "  operation without a result prints none), then each out-parameter as name=value. All text is UTF-8;\n"
+    "  control characters appear, and may be given, as their pictures (\xE2\x90\x89 tab, \xE2\x90\x8D "
+    "\xE2\x90\x8A line end).\n"
+    "  Exit code 2 and one line on standard error: the call cannot be understood or the database cannot be\n"
+    "  opened. A result of the record store other than 0 is a result, with exit code 0.\n"
+    "kovacall list\n"
+    "  prints every operation with its arguments\n";
+
+std::string Line(const TableCommand& command) {
+  return std::string(command.name) + (command.arguments.empty() ? "" : " ") + std::string(command.arguments);
+}
+
+std::string Usage() {
+  std::string text(kUsage);
+  for (const TableCommand& command : TableCommands()) {
+    text += "kovacall " + Line(command) + "\n  " + std::string(command.meaning) + "\n";
+  }
+  return text;
+}
+
+void List() {
+  for (const Operation& operation : Operations()) {
+    std::string line(operation.name);
+    for (const Parameter& each : operation.parameters)
+      line += " " + (each.fields.empty() ? each.name + ":" + each.type : each.fields);
+    if (!operation.resultType.empty()) line += " -> " + std::string(operation.resultType);
+    Print(line + "\n");
+  }
+  for (const TableCommand& command : TableCommands()) Print(Line(command) + "\n");
+}
+
+void PrintReply(const Reply& reply) {
+  if (reply.result) Print(*reply.result + "\n");
+  for (const auto& [name, value] : reply.outs) Print(name + "=" + value + "\n");
+}
+
+/// True when there is an operation or command of that name; it has run then.
+bool Run(const std::string& name, const std::vector<std::string>& arguments, Practice& practice) {
+  for (const Operation& operation : Operations()) {
+    if (operation.name != name) continue;
+    PrintReply(operation.call(arguments, practice));
+    return true;
+  }
+  for (const TableCommand& command : TableCommands()) {
+    if (command.name != name) continue;
+    command.run(arguments, practice);
+    return true;
+  }
+  return false;
+}
+
+int Main(const std::vector<std::string>& arguments) {
+  Practice practice;
+  std::vector<std::string> rest = arguments;
+  if (!rest.empty() && rest.front() == "--app") {
+    if (rest.size() < 2) throw UsageError("--app needs a file name");
+    practice.UseProfile(rest[1]);
+    rest.erase(rest.begin(), rest.begin() + 2);
+  }
+  if (rest.empty()) throw UsageError("needs an operation; \"kovacall help\" shows the usage");
+  const std::string name = rest.front();
+  rest.erase(rest.begin());
+  if (name == "help" || name == "--help") return Print(Usage()), 0;
+  if (name == "list") return List(), 0;
+  try {
+    if (Run(name, rest, practice)) return 0;
+  } catch (const UsageError& error) {
+    throw UsageError(ShowControls(name) + ": " + error.what());
+  }
+  throw UsageError("there is no operation \"" + ShowControls(name) + "\"; \"kovacall list\" shows them");
+}
+
+}  // namespace
+}  // namespace kova::hosts
+
+int main(int argc, char** argv) { return kova::hosts::RunConsole("kovacall", argc, argv, kova::hosts::Main); }

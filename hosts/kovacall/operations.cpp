@@ -1,0 +1,138 @@
+// The operations that kovacall calls: one entry each. Arguments, their checking and the line in
+// `kovacall list` derive from the function's own parameters.
+
+#include <cstddef>
+
+#include "charges/contributions.h"
+#include "entry/kova_sub_tools.h"
+#include "hosts/kovacall/declare.h"
+#include "reservations/fee_request.h"
+
+namespace kova::hosts {
+
+using charges::tagCONTRIBUTION;
+using store::FieldDef;
+using store::FieldKind;
+
+#define KOVA_FIELD(Record, kind, name, meaning) \
+  { #name, FieldKind::kind, offsetof(Record, name), sizeof(Record::name), meaning }
+
+template <>
+std::span<const FieldDef> RecordFields<tagFEEREQUEST>() {
+  static const FieldDef fields[] = {
+      KOVA_FIELD(tagFEEREQUEST, Text, patientCode, "patient"),
+      KOVA_FIELD(tagFEEREQUEST, Text, saleDate, "date of the sale"),
+      KOVA_FIELD(tagFEEREQUEST, Text, itemCode, "credit item"),
+      KOVA_FIELD(tagFEEREQUEST, Text, categoryCode, "credit category"),
+      KOVA_FIELD(tagFEEREQUEST, UInt8, noCategory, "1: no credit category"),
+      KOVA_FIELD(tagFEEREQUEST, Text, itemText, "free text"),
+      KOVA_FIELD(tagFEEREQUEST, Int32, amount, "fee in yen before tax"),
+  };
+  return fields;
+}
+
+template <>
+std::span<const FieldDef> RecordFields<tagCONTRIBUTION>() {
+  static const FieldDef fields[] = {
+      KOVA_FIELD(tagCONTRIBUTION, Int32, points, "insurance points"),
+      KOVA_FIELD(tagCONTRIBUTION, Int32, burdenPercent, "patient's share in whole percent"),
+      KOVA_FIELD(tagCONTRIBUTION, Int32, publicAmount, "yen borne elsewhere"),
+      KOVA_FIELD(tagCONTRIBUTION, UInt8, flatAmountFlag, "1: a flat-amount charge"),
+      KOVA_FIELD(tagCONTRIBUTION, Int32, addedAmount, "yen added after rounding"),
+  };
+  return fields;
+}
+
+template <>
+struct Taken<tagFEEREQUEST*> : TakenRecord<tagFEEREQUEST> {
+  using TakenRecord::TakenRecord;
+};
+template <>
+struct Taken<tagCONTRIBUTION*> : TakenRecord<tagCONTRIBUTION> {
+  using TakenRecord::TakenRecord;
+};
+
+namespace {
+
+using T = CKovaSubTools;
+
+int ReservationToSale(CKovaDBSys* db, tagFEEREQUEST* fee, Reply* reply) {
+  const int result = T::ReservationToSale(db, fee);
+  reply->outs.emplace_back("saleNumber", ShowControls(text932::ToUtf8(store::GetText(fee->saleNumber))));
+  return result;
+}
+
+void CalcContribution(int roundMode, tagCONTRIBUTION* charge, Reply* reply) {
+  long contribution = 0;
+  long net = 0;
+  T::CalcContribution(&contribution, &net, charge, roundMode);
+  reply->outs = {{"contribution", std::to_string(contribution)}, {"net", std::to_string(net)}};
+}
+
+long CalcPartialContribution(int roundMode, tagCONTRIBUTION* charge) {
+  return T::CalcPartialContribution(charge, roundMode);
+}
+
+long CalcPublicContribution(int roundMode, tagCONTRIBUTION* charge) {
+  return T::CalcPublicContribution(charge, roundMode);
+}
+
+int CmpRecept(int a, int b) { return T::cmpRecept(&a, &b); }
+
+// There is no window here, so the answer is the one for none.
+CString GetFurigana(int kanaMode, int spaceFlag) { return T::GetFurigana(nullptr, kanaMode, spaceFlag); }
+
+int CmpAdd(CStringArray* list, const char* text, Reply* reply) {
+  const int index = T::CmpAdd(list, text);
+  for (int i = 0; i < list->GetSize(); ++i)
+    reply->outs.emplace_back("list[" + std::to_string(i) + "]", ShowResult(list->GetAt(i)));
+  return index;
+}
+
+}  // namespace
+
+const std::vector<Operation>& Operations() {
+  static const std::vector<Operation> operations = {
+      Declare("IsExistGlobalSettingFile", {}, &T::IsExistGlobalSettingFile),
+      Declare("GetGlobalSettingString", {"section", "key", "default"}, &T::GetGlobalSettingString),
+      Declare("SetGlobalSettingString", {"section", "key", "value"}, &T::SetGlobalSettingString),
+      Declare("GetGlobalSettingInt", {"section", "key", "default"}, &T::GetGlobalSettingInt),
+      Declare("SetGlobalSettingInt", {"section", "key", "value"}, &T::SetGlobalSettingInt),
+      Declare("GetGlobalOptSys", {"fileName"}, &T::GetGlobalOptSys),
+      Declare("GetProgramFolder", {}, &T::GetProgramFolder),
+      Declare("GetInstallFolder", {}, &T::GetInstallFolder),
+      Declare("GetTemporaryFolder", {}, &T::GetTemporaryFolder),
+      Declare("GetTemplatesFolder", {}, &T::GetTemplatesFolder),
+      Declare("GetPhotoPath", {}, &T::GetPhotoPath),
+      Declare("GetPatientPhotoFolder", {"patientId", "create"}, &T::GetPatientPhotoFolder),
+      Declare("GetFacePhotoPath", {"patientId", "create"}, &T::GetFacePhotoPath),
+      Declare("GetGoogleConnectPath", {}, &T::GetGoogleConnectPath),
+      Declare("GetWebConnectPath", {}, &T::GetWebConnectPath),
+      Declare("GetCheckInPath", {}, &T::GetCheckInPath),
+      Declare("IsGoogleConnect", {}, &T::IsGoogleConnect),
+      Declare("IsWebConnect", {}, &T::IsWebConnect),
+      Declare("IsCheckIn", {}, &T::IsCheckIn),
+      Declare("GetTaxRate", {"date", "contractDate", "reduced"}, &T::GetTaxRate),
+      Declare("IsTaxReduce", {"date"}, &T::IsTaxReduce),
+      Declare("RoundOff", {"mode", "value"}, &T::RoundOff),
+      Declare("GetRoundOffLong", {"value"}, &T::GetRoundOffLong),
+      Declare("CalcPartialContribution", {"roundMode", "charge"}, &CalcPartialContribution),
+      Declare("CalcPublicContribution", {"roundMode", "charge"}, &CalcPublicContribution),
+      Declare("CalcContribution", {"roundMode", "charge"}, &CalcContribution),
+      Declare("GetReceptRate", {"date"}, &T::GetReceptRate),
+      Declare("GetReceptPercent", {"date"}, &T::GetReceptPercent),
+      Declare("cmpRecept", {"a", "b"}, &CmpRecept),
+      Declare("ReservationToSale", {"feeRequest"}, &ReservationToSale),
+      Declare("IsNumeric", {"text"}, &T::IsNumeric),
+      Declare("Str2Long", {"text"}, &T::Str2Long),
+      Declare("ChangeFurigana", {"text", "kanaMode", "spaceFlag"}, &T::ChangeFurigana),
+      Declare("GetFurigana", {"kanaMode", "spaceFlag"}, &GetFurigana),
+      Declare("GetTimeSpan", {"later", "earlier"}, &T::GetTimeSpan),
+      Declare("GetDayOfWeekString", {"weekday"}, &T::GetDayOfWeekString),
+      Declare("GetPrivilegeName", {"privilege"}, &T::GetPrivilegeName),
+      Declare("CmpAdd", {"list", "text"}, &CmpAdd),
+  };
+  return operations;
+}
+
+}  // namespace kova::hosts

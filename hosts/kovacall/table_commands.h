@@ -1,0 +1,23 @@
+#pragma once
+
+// The commands that work on the record store: dump, put, set, delete, create-db, check-db, tables.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hosts/console/practice.h"
+
+namespace kova::hosts {
+
+struct TableCommand {
+  std::string_view name;
+  std::string_view arguments;  ///< as in the usage
+  std::string_view meaning;
+  /// Prints what it has to; throws UsageError.
+  void (*run)(const std::vector<std::string>& arguments, Practice& practice);
+};
+
+const std::vector<TableCommand>& TableCommands();
+
+}  // namespace kova::hosts

@@ -1,0 +1,60 @@
+#include "hosts/sample_practice/settings_files.h"
+
+#include <string>
+
+#include "hosts/console/console.h"
+#include "platform/os/files.h"
+
+namespace kova::sample {
+namespace {
+
+constexpr std::string_view kSettings =
+    "; 診療所全体の設定です。全ての端末で共用します。\r\n"
+    "[GLOBAL]\r\n"
+    "ClinicName=表町みなと歯科クリニック\r\n"
+    "ClinicAddress=みなと市表町１丁目２番３号　十河ビル２階\r\n"
+    "ClinicTel=0900-00-1234\r\n"
+    "ClinicRegNo=T0000000000000\r\n"
+    "; 消費税の扱い　1: 料金に消費税を加える\r\n"
+    "ConsumptionTax=1\r\n"
+    "ConsumptionTaxCont=1\r\n"
+    "; 契約日の扱い　0: 使わない　1: 契約日の税率　2: 経過措置\r\n"
+    "ConsumptionTaxCont2=2\r\n"
+    "; 端数処理　1: 四捨五入　2: 切り上げ　3: 切り捨て\r\n"
+    "CalculationTax=1\r\n"
+    "WatchOption=0\r\n"
+    "\r\n"
+    "[MENTE]\r\n"
+    "; 消費税率の期間（TaxRate2 は軽減税率、TaxCont は経過措置の基準日）\r\n"
+    "TaxCount=4\r\n"
+    "TaxFrm01=19890401\r\nTaxTo01=19970331\r\nTaxRate01=3\r\nTaxRate201=0\r\nTaxCont01=\r\n"
+    "TaxFrm02=19970401\r\nTaxTo02=20140331\r\nTaxRate02=5\r\nTaxRate202=0\r\nTaxCont02=19961001\r\n"
+    "TaxFrm03=20140401\r\nTaxTo03=20190930\r\nTaxRate03=8\r\nTaxRate203=0\r\nTaxCont03=20131001\r\n"
+    "TaxFrm04=20191001\r\nTaxTo04=99991231\r\nTaxRate04=10\r\nTaxRate204=8\r\nTaxCont04=20190401\r\n"
+    "; 領収率の期間\r\n"
+    "ReceptCount=2\r\n"
+    "ReceptFrm01=20000401\r\nReceptTo01=20180331\r\nReceptRate01=5\r\n"
+    "ReceptFrm02=20180401\r\nReceptTo02=99991231\r\nReceptRate02=8\r\n"
+    "Show12or24=1\r\n"
+    "PrintUnitPrice=1\r\n"
+    "PrintUnitPriceAddText=@\r\n"
+    "PrintListSum=1\r\n"
+    "PrintListSum4=1\r\n"
+    "\r\n"
+    "[KOVACOM]\r\n"
+    "VisitFlowAutoUpdate=1\r\n";
+
+void WriteFile(const std::string& path, std::string_view content) {
+  if (os::RealFiles().Replace(path, content) != os::FileOutcome::kOk)
+    throw hosts::UsageError("cannot write the settings files");
+}
+
+}  // namespace
+
+void WriteSettings(std::string_view folder) {
+  const std::string in(folder);
+  WriteFile(in + "GLOBALSETTING.ini", kSettings);
+  WriteFile(in + "app.ini", "[GLOBAL]\r\nDATABASE=" + in + "\r\nPROFILE=0\r\n");
+}
+
+}  // namespace kova::sample

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace kova::sample {
+
+/// Writes GLOBALSETTING.ini and app.ini, an application profile that names the folder, into the database
+/// folder (code page 932, absolute, with its trailing delimiter). Throws UsageError when that fails.
+void WriteSettings(std::string_view folder);
+
+}  // namespace kova::sample

@@ -1,0 +1,200 @@
+// kovacall as the support engineer meets it: a real process, its exit code and what it prints.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/run_program.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+using kova::testing::BuiltProgram;
+using kova::testing::ProgramRun;
+using kova::testing::RunProgram;
+using Arguments = std::vector<std::string>;
+
+std::string U(const char8_t* text) { return reinterpret_cast<const char*>(text); }
+
+class Kovacall : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(RunProgram(BuiltProgram("kovacall"), {"create-db", Folder()}).out, "0\n");
+    std::ofstream(folder_.Path() / "app.ini", std::ios::binary)
+        << "[GLOBAL]\r\nDATABASE=" << Folder() << "\r\n";
+    std::ofstream(folder_.Path() / "GLOBALSETTING.ini", std::ios::binary)
+        << "[GLOBAL]\r\nConsumptionTax=1\r\n[MENTE]\r\nTaxCount=2\r\n"
+           "TaxFrm01=20140401\r\nTaxTo01=20190930\r\nTaxRate01=8\r\n"
+           "TaxFrm02=20191001\r\nTaxTo02=99991231\r\nTaxRate02=10\r\nTaxRate202=8\r\n";
+  }
+
+  std::string Folder() const { return folder_.Text(); }
+  std::string Profile() const { return (folder_.Path() / "app.ini").string(); }
+
+  ProgramRun Call(Arguments arguments) const {
+    arguments.insert(arguments.begin(), {"--app", Profile()});
+    return RunProgram(BuiltProgram("kovacall"), arguments);
+  }
+  void ExpectOut(const Arguments& arguments, const std::string& out) const {
+    const ProgramRun run = Call(arguments);
+    EXPECT_EQ(run.code, 0) << testing::PrintToString(arguments) << run.err;
+    EXPECT_EQ(run.out, out) << testing::PrintToString(arguments);
+  }
+  /// The last record of a table, by column names.
+  std::map<std::string, std::string> LastRecord(const std::string& table) const {
+    const std::vector<std::string> lines = Split(Call({"dump", table}).out, '\n');
+    if (lines.size() < 2) return {};
+    const std::vector<std::string> names = Split(lines.front(), '\t');
+    const std::vector<std::string> values = Split(lines.back(), '\t');
+    EXPECT_EQ(names.size(), values.size());
+    std::map<std::string, std::string> record;
+    for (std::size_t i = 0; i < std::min(names.size(), values.size()); ++i) record[names[i]] = values[i];
+    return record;
+  }
+  static std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    for (std::size_t from = 0; from < text.size() || (separator == '\t' && from == text.size());) {
+      const std::size_t to = std::min(text.find(separator, from), text.size());
+      parts.push_back(text.substr(from, to - from));
+      from = to + 1;
+    }
+    return parts;
+  }
+
+  kova::testing::TempFolder folder_;
+};
+
+TEST_F(Kovacall, PrintsResultsAndOutParameters) {
+  const struct {
+    Arguments arguments;
+    std::string out;
+  } cases[] = {
+      {{"GetTaxRate", "20191001", "", "1"}, "0.08\n"},
+      {{"GetTaxRate", "20130101", "", "0"}, "0\n"},
+      {{"RoundOff", "2", "100.01"}, "101\n"},
+      {{"RoundOff", "7", "-3.9"}, "-3\n"},
+      {{"CalcContribution", "1", "points=1234", "burdenPercent=30", "publicAmount=200"},
+       "contribution=3700\nnet=3500\n"},
+      {{"CalcPublicContribution", "1", "flatAmountFlag=1", "publicAmount=500"}, "0\n"},
+      {{"GetReceptPercent", "20240231"}, "0\n"},
+      {{"cmpRecept", "-1", "1"}, "-1\n"},
+      {{"CmpAdd", "A", "B", "B"}, "1\nlist[0]=A\nlist[1]=B\n"},
+      {{"CmpAdd", "C"}, "-1\nlist[0]=C\n"},
+      {{"GetTimeSpan", "1130", "1045"}, "45\n"},
+      {{"GetDayOfWeekString", "1"}, U(u8"日\n")},
+      {{"ChangeFurigana", U(u8"やまだ　たろう"), "0", "0"}, U(u8"ﾔﾏﾀﾞ ﾀﾛｳ\n")},
+      {{"SetGlobalSettingString", "GLOBAL", "ClinicName", U(u8"表計算ソ能\\")}, ""},
+      {{"GetGlobalSettingString", "GLOBAL", "ClinicName", ""}, U(u8"表計算ソ能\\\n")},
+  };
+  for (const auto& each : cases) ExpectOut(each.arguments, each.out);
+}
+
+TEST_F(Kovacall, EndsWithCodeTwoAndOneClearLine) {
+  const struct {
+    Arguments arguments;
+    std::string part;  // of the line
+  } cases[] = {
+      {{}, "needs an operation"},
+      {{"NoSuch"}, "NoSuch"},
+      {{"RoundOff", "1"}, "takes 2 arguments, not 1"},
+      {{"RoundOff", "1", "2.5", "3"}, "takes 2 arguments, not 3"},
+      {{"RoundOff", "1", "2,5"}, "value"},
+      {{"RoundOff", "32768", "2.5"}, "mode"},
+      {{"GetDayOfWeekString", "1x"}, "weekday"},
+      {{"IsNumeric", U(u8"𠮷")}, "932"},
+      {{"CalcContribution", "1", "point=3"}, "point"},
+      {{"CalcContribution", "1", "points"}, "field=value"},
+      {{"ReservationToSale", "amount=2147483648"}, "amount"},
+      {{"dump", "nosuch"}, "nosuch"},
+      {{"dump", "sale", "--key", "9"}, "no key 9"},
+      {{"put", "sale", "total=1"}, "saleNumber"},
+      {{"put", "sale", "saleNumber=1234567890123"}, "longer than 12"},
+      {{"put", "sale", U(u8"saleNumber=1"), U(u8"memo=𠮷")}, "932"},
+      {{"delete", "saleitem", "1"}, "lineNumber"},
+  };
+  for (const auto& each : cases) {
+    const ProgramRun run = Call(each.arguments);
+    EXPECT_EQ(run.code, 2) << testing::PrintToString(each.arguments);
+    EXPECT_EQ(run.out, "") << testing::PrintToString(each.arguments);
+    EXPECT_NE(run.err.find(each.part), std::string::npos) << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+}
+
+TEST_F(Kovacall, NeedsADatabaseThatOpens) {
+  std::ofstream(folder_.Path() / "app.ini", std::ios::binary)
+      << "[GLOBAL]\r\nDATABASE=" << Folder() << "gone\r\n";
+  const ProgramRun gone = Call({"ReservationToSale", "amount=1"});
+  EXPECT_EQ(gone.code, 2);
+  EXPECT_NE(gone.err.find("result 12"), std::string::npos) << gone.err;
+  EXPECT_EQ(RunProgram(BuiltProgram("kovacall"), {"dump", "sale"}).code, 2);
+  EXPECT_EQ(RunProgram(BuiltProgram("kovacall"), {"--app", Folder() + "no.ini", "list"}).code, 2);
+}
+
+TEST_F(Kovacall, ListsEveryOperationOfTheLibrary) {
+  const ProgramRun run = Call({"list"});
+  EXPECT_EQ(run.code, 0);
+  for (const char* line : {"GetTaxRate date:text contractDate:text reduced:int -> real\n",
+                           "cmpRecept a:int b:int -> int\n", "CmpAdd list:text... text:text -> int\n"})
+    EXPECT_NE(run.out.find(line), std::string::npos) << line << run.out;
+}
+
+TEST_F(Kovacall, KeepsRecordsInJapanese) {
+  const std::string name = U(u8"表　髙﨑ソ能 ␉x␊");
+  ExpectOut({"put", "category", "classCode=5", "code=20", "sortOrder=02", "name=" + name}, "5\t20\n");
+  ExpectOut({"put", "category", "classCode=5", "code=10", "sortOrder=03"}, "5\t10\n");
+  ExpectOut({"put", "category", "classCode=5", "code=20"}, "3\n");
+  const std::string title = "classCode\tcode\tname\tsortOrder\tmarker\n";
+  const std::string twenty = "5\t20\t" + name + "\t02\t\n";
+  ExpectOut({"dump", "category"}, title + "5\t10\t\t03\t\n" + twenty);
+  ExpectOut({"dump", "category", "--key", "1", "--limit", "1"}, title + twenty);
+  ExpectOut({"dump", "category", "--from", "5", "--from", "2"}, title + twenty);
+  ExpectOut({"set", "category", "5", "20", "name=x", "marker=__"}, "0\n");
+  ExpectOut({"dump", "category", "--from", "5", "--from", "11"}, title + "5\t20\tx\t02\t__\n");
+  ExpectOut({"set", "category", "5", "30", "name=x"}, "1\n");
+  ExpectOut({"delete", "category", "classCode=5", "code=20"}, "0\n");
+  ExpectOut({"delete", "category", "5", "20"}, "1\n");
+  ExpectOut({"dump", "category"}, title + "5\t10\t\t03\t\n");
+  ExpectOut({"check-db"}, "0\n");
+}
+
+TEST_F(Kovacall, TurnsAFeeIntoASale) {
+  for (const Arguments& record : {Arguments{"put", "creditcategory", "code=01"},
+                                  {"put", "creditcategory", "code=02", "taxType=1"},
+                                  {"put", "credititem", "categoryCode=01", "code=001", U(u8"name=能")},
+                                  {"put", "credititem", "categoryCode=01", "code=002", "reducedRate=1"}})
+    ASSERT_EQ(Call(record).code, 0);
+  const struct {
+    Arguments fee;
+    std::string tax, total, taxable, normalTotal, reducedAmount, reducedTotal;
+  } cases[] = {
+      {{"saleDate=20191001", "categoryCode=01", "itemCode=001"}, "108", "1188", "1080", "1188", "0", "0"},
+      {{"saleDate=20191001", "categoryCode=01", "itemCode=002"}, "86", "1166", "1080", "0", "1080", "1166"},
+      {{"saleDate=20190930", "categoryCode=01", "itemCode=002"}, "86", "1166", "1080", "1166", "0", "0"},
+      {{"saleDate=20191001", "categoryCode=02"}, "0", "1080", "0", "1080", "0", "0"},
+      {{"saleDate=20191001", "noCategory=1", U(u8"itemText=表")}, "0", "1080", "0", "1080", "0", "0"},
+  };
+  int number = 0;
+  for (const auto& each : cases) {
+    Arguments call = {"ReservationToSale", "patientCode=7", "amount=1080"};
+    call.insert(call.end(), each.fee.begin(), each.fee.end());
+    ExpectOut(call, "0\nsaleNumber=00000000000" + std::to_string(++number) + "\n");
+    auto sale = LastRecord("sale");
+    EXPECT_EQ(sale["tax"], each.tax) << number;
+    EXPECT_EQ(sale["total"], each.total) << number;
+    EXPECT_EQ(sale["taxableAmount"], each.taxable) << number;
+    EXPECT_EQ(sale["normalRateTotal"], each.normalTotal) << number;
+    EXPECT_EQ(sale["reducedRateAmount"], each.reducedAmount) << number;
+    EXPECT_EQ(sale["reducedRateTotal"], each.reducedTotal) << number;
+    EXPECT_EQ(sale["saleKind"], "00") << number;
+  }
+  auto item = LastRecord("saleitem");
+  EXPECT_EQ(item["itemText"], U(u8"表"));
+  EXPECT_EQ(item["amount"], "1080");
+}
+
+}  // namespace

@@ -1,0 +1,136 @@
+// The sample practice: the same for the same seed and day, and plausible enough to work with; and the day's
+// main job on it.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "platform/recordstore/kovadbcall.h"
+#include "tests/run_program.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+using kova::store::GetText;
+using kova::testing::BuiltProgram;
+using kova::testing::ProgramRun;
+using kova::testing::RunProgram;
+
+constexpr const char* kToday = "20241124";  // a Sunday: open because it is today
+constexpr int kPatients = 120;
+constexpr int kReservations = 900;
+
+class SamplePractice : public testing::Test {
+ protected:
+  ProgramRun Make(const std::string& name, const char* seed) const {
+    return RunProgram(BuiltProgram("sample_practice"),
+                      {In(name), "--seed", seed, "--today", kToday, "--patients", std::to_string(kPatients),
+                       "--reservations", std::to_string(kReservations)});
+  }
+  std::string In(const std::string& name) const { return folder_.Text() + name; }
+  std::string Dump(const std::string& practice, const std::string& table) const {
+    return RunProgram(BuiltProgram("kovacall"), {"--app", In(practice + "/app.ini"), "dump", table}).out;
+  }
+
+  kova::testing::TempFolder folder_;
+};
+
+template <typename Table, typename Use>
+int Walk(CKovaDBSys& db, Table& table, Use use) {
+  EXPECT_EQ(table.SetAssociatedDB(&db), 0);
+  int count = 0;
+  for (int result = table.GetFIRST(); result == 0; result = table.GetNEXT(), ++count) use(table.record);
+  return count;
+}
+
+bool IsCandidate(const tagRESERVATION& record) {
+  return GetText(record.reservationDate) == kToday && record.status < 2 && record.visited != 0 &&
+         record.hasFee != 0 && GetText(record.saleNumber).empty();
+}
+
+TEST_F(SamplePractice, IsTheSameForTheSameSeed) {
+  ASSERT_EQ(Make("a", "7").code, 0);
+  ASSERT_EQ(Make("b", "7").code, 0);
+  ASSERT_EQ(Make("c", "8").code, 0);
+  for (const char* table : {"patient", "reservation", "saleitem", "charge"}) {
+    const std::string first = Dump("a", table);
+    EXPECT_GT(first.size(), 1000U) << table;
+    EXPECT_TRUE(first == Dump("b", table)) << table;
+    EXPECT_FALSE(first == Dump("c", table)) << table;
+  }
+  EXPECT_EQ(Make("a", "7").code, 2) << "a practice is never laid over another";
+}
+
+TEST_F(SamplePractice, IsPlausible) {
+  const ProgramRun made = Make("p", "1");
+  ASSERT_EQ(made.code, 0) << made.err;
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(In("p").c_str()), 0);
+  CPatientDB patients(nullptr, 0);
+  CPatientDB2 halves(nullptr, 0);
+  EXPECT_EQ(Walk(db, patients,
+                 [&](const tagPATIENTDB& record) {
+                   EXPECT_NE(record.name[0], 0);
+                   EXPECT_NE(record.reading[0], 0);
+                   EXPECT_LE(GetText(record.firstVisitDate), GetText(record.lastVisitDate));
+                   EXPECT_LE(GetText(record.birthDate), kToday);
+                 }),
+            kPatients);
+  EXPECT_EQ(Walk(db, halves, [](const tagPATIENTDB2&) {}), kPatients);
+
+  std::set<std::string> itemsOf;
+  CSaleItemDB items(nullptr, 0);
+  Walk(db, items, [&](const tagSALEITEM& record) { itemsOf.emplace(GetText(record.saleNumber)); });
+  CSaleDB sales(nullptr, 0);
+  const int saleCount = Walk(db, sales, [&](const tagSALE& record) {
+    EXPECT_TRUE(itemsOf.contains(std::string(GetText(record.saleNumber))));
+    EXPECT_EQ(record.receivedAmount - record.changeAmount, record.total);
+    EXPECT_EQ(record.taxableAmount != 0, record.tax != 0);
+  });
+  EXPECT_EQ(static_cast<std::size_t>(saleCount), itemsOf.size());
+
+  int withSale = 0;
+  int candidates = 0;
+  int future = 0;
+  CReservationDB reservations(nullptr, 0);
+  EXPECT_EQ(Walk(db, reservations,
+                 [&](const tagRESERVATION& record) {
+                   withSale += GetText(record.saleNumber).empty() ? 0 : 1;
+                   candidates += IsCandidate(record) ? 1 : 0;
+                   future += GetText(record.reservationDate) > kToday ? 1 : 0;
+                   EXPECT_LT(GetText(record.startTime), GetText(record.endTime));
+                 }),
+            kReservations);
+  EXPECT_EQ(withSale, saleCount);
+  EXPECT_GE(candidates, 10);
+  EXPECT_GT(future, 10);
+}
+
+TEST_F(SamplePractice, SellsTheDaysFeesOnce) {
+  ASSERT_EQ(Make("p", "1").code, 0);
+  const auto sell = [&] {
+    return RunProgram(BuiltProgram("day"), {"--app", In("p/app.ini"), "--date", kToday, "--count", "10"});
+  };
+  const ProgramRun first = sell();
+  EXPECT_EQ(first.code, 0) << first.err;
+  EXPECT_EQ(std::count(first.out.begin(), first.out.end(), '\n'), 12) << first.out;
+  const ProgramRun second = sell();
+  EXPECT_EQ(second.code, 0) << second.err;
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(In("p").c_str()), 0);
+  std::set<std::string> sold;
+  int withSale = 0;
+  CReservationDB reservations(nullptr, 0);
+  Walk(db, reservations, [&](const tagRESERVATION& record) {
+    if (GetText(record.saleNumber).empty()) return;
+    ++withSale;
+    sold.emplace(GetText(record.saleNumber));
+  });
+  CSaleDB sales(nullptr, 0);
+  EXPECT_EQ(Walk(db, sales, [](const tagSALE&) {}), withSale);
+  EXPECT_EQ(sold.size(), static_cast<std::size_t>(withSale)) << "no sale serves two reservations";
+}
+
+}  // namespace
