@@ -52,7 +52,7 @@ inline std::string Columns(const store::TableDef& table) {
 inline void ReadRow(sqlite3_stmt* row, const store::TableDef& table, char* record) {
   int at = 2;
   for (const store::FieldDef& field : table.fields) {
-    if (field.kind == store::FieldKind::Text) {
+    if (field.kind == store::FieldKind::kText) {
       const auto* text = sqlite3_column_text(row, at);
       const auto length = static_cast<std::size_t>(sqlite3_column_bytes(row, at));
       std::memset(record + field.offset, 0, field.width);
@@ -81,7 +81,7 @@ inline void BindRow(sqlite3_stmt* insert, const store::TableDef& table, const ch
   int at = 1;
   for (const store::FieldDef& field : table.fields) {
     const char* bytes = record + field.offset;
-    if (field.kind == store::FieldKind::Text) {
+    if (field.kind == store::FieldKind::kText) {
       const std::string_view text = store::GetText(bytes, field.width);
       sqlite3_bind_text(insert, at++, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
     } else {

@@ -27,7 +27,7 @@ void RecordComesBack(const TableDef& table, const std::string& record) {
   for (const FieldDef& field : table.fields) {
     char* to = back.data() + field.offset;
     const char* exact = columns.exact ? nullptr : record.data() + field.offset;
-    if (field.kind == FieldKind::Text) {
+    if (field.kind == FieldKind::kText) {
       TextFromColumn(columns.texts[text++], exact, to, field.width);
     } else {
       NumberFromColumn(NumberOfField(field.kind, record.data() + field.offset), field.kind, to);

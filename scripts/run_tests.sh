@@ -57,6 +57,7 @@ for group in "${groups[@]}"; do
   case $group in
     rules)
       run_check rules/includes scripts/check_includes.sh
+      run_check rules/docs scripts/check_docs.sh
       ;;
     native)
       export ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1

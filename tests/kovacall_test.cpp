@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "tests/run_program.h"
-#include "tests/temp_folder.h"
 
 namespace {
 
@@ -24,16 +23,16 @@ class Kovacall : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(RunProgram(BuiltProgram("kovacall"), {"create-db", Folder()}).out, "0\n");
-    std::ofstream(folder_.Path() / "app.ini", std::ios::binary)
-        << "[GLOBAL]\r\nDATABASE=" << Folder() << "\r\n";
-    std::ofstream(folder_.Path() / "GLOBALSETTING.ini", std::ios::binary)
+    std::ofstream(folder_.Native() / "app.ini", std::ios::binary)
+        << "[GLOBAL]\r\nDATABASE=" << folder_.Path() << "\r\n";
+    std::ofstream(folder_.Native() / "GLOBALSETTING.ini", std::ios::binary)
         << "[GLOBAL]\r\nConsumptionTax=1\r\n[MENTE]\r\nTaxCount=2\r\n"
            "TaxFrm01=20140401\r\nTaxTo01=20190930\r\nTaxRate01=8\r\n"
            "TaxFrm02=20191001\r\nTaxTo02=99991231\r\nTaxRate02=10\r\nTaxRate202=8\r\n";
   }
 
-  std::string Folder() const { return folder_.Text(); }
-  std::string Profile() const { return (folder_.Path() / "app.ini").string(); }
+  std::string Folder() const { return folder_.Argument(); }
+  std::string Profile() const { return Folder() + "app.ini"; }
 
   ProgramRun Call(Arguments arguments) const {
     arguments.insert(arguments.begin(), {"--app", Profile()});
@@ -65,7 +64,7 @@ class Kovacall : public testing::Test {
     return parts;
   }
 
-  kova::testing::TempFolder folder_;
+  kova::os::testing::TemporaryFolder folder_{"kovacall"};
 };
 
 TEST_F(Kovacall, PrintsResultsAndOutParameters) {
@@ -126,8 +125,8 @@ TEST_F(Kovacall, EndsWithCodeTwoAndOneClearLine) {
 }
 
 TEST_F(Kovacall, NeedsADatabaseThatOpens) {
-  std::ofstream(folder_.Path() / "app.ini", std::ios::binary)
-      << "[GLOBAL]\r\nDATABASE=" << Folder() << "gone\r\n";
+  std::ofstream(folder_.Native() / "app.ini", std::ios::binary)
+      << "[GLOBAL]\r\nDATABASE=" << folder_.Path() << "gone\r\n";
   const ProgramRun gone = Call({"ReservationToSale", "amount=1"});
   EXPECT_EQ(gone.code, 2);
   EXPECT_NE(gone.err.find("result 12"), std::string::npos) << gone.err;

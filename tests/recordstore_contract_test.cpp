@@ -120,7 +120,7 @@ TEST_F(RecordStore, PositionsByKeyBytesAndPrefixes) {
         std::string(GetText(table.record.classCode)) + std::string(GetText(table.record.code));
     EXPECT_EQ(found, each.found) << each.name;
     EXPECT_EQ(result == 0, std::string(each.found) != "-") << each.name;
-    const bool ranOff = result != 0 && result != Code(Result::NotFound);
+    const bool ranOff = result != 0 && result != Code(Result::kNotFound);
     EXPECT_EQ(table.IsEOF() != 0, ranOff) << each.name;
   }
 }
@@ -147,7 +147,7 @@ TEST_F(RecordStore, WalksForthAndBackAcrossBlocksAndEqualKeys) {
   EXPECT_EQ(forth[1], "100000");
   EXPECT_EQ(forth[1000], "99001");
   EXPECT_TRUE(table.IsEOF());
-  EXPECT_EQ(table.GetNEXT(), Code(Result::EndOfTable));
+  EXPECT_EQ(table.GetNEXT(), Code(Result::kEndOfTable));
 
   std::vector<std::string> back;
   for (int r = table.GetLAST(); r == 0; r = table.GetPREV())
@@ -181,7 +181,7 @@ TEST_F(RecordStore, AWalkSeesWhatItsOwnConnectionWrites) {
     }
   }
   EXPECT_EQ(seen, "12335456");
-  EXPECT_EQ(table.GetReservationData("2"), Code(Result::NotFound));
+  EXPECT_EQ(table.GetReservationData("2"), Code(Result::kNotFound));
   ASSERT_EQ(table.GetReservationData("4"), 0);
   EXPECT_STREQ(table.record.memo, "changed");
 }
@@ -233,34 +233,34 @@ TEST_F(RecordStore, PrimaryKeyIsUniqueAndRebuiltFromTheBuffer) {
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
   PutText(table.record.classCode, "1");
   PutText(table.record.code, "10");
-  EXPECT_EQ(table.Insert(), Code(Result::Duplicate));
+  EXPECT_EQ(table.Insert(), Code(Result::kDuplicate));
   ASSERT_EQ(table.GetPrimeKeyFromBuffer(), 0);
   ASSERT_EQ(table.GetEQ(), 0);
   EXPECT_STREQ(table.record.name, "診察台");
-  EXPECT_EQ(table.GetCategoryData("1", "100"), Code(Result::NotFound)) << "a longer code is not cut";
-  EXPECT_EQ(table.SetKey(7), Code(Result::NoSuchKey));
+  EXPECT_EQ(table.GetCategoryData("1", "100"), Code(Result::kNotFound)) << "a longer code is not cut";
+  EXPECT_EQ(table.SetKey(7), Code(Result::kNoSuchKey));
 }
 
 TEST_F(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   CCategoryDB unbound(nullptr, 0);
-  EXPECT_EQ(unbound.GetFIRST(), Code(Result::NotOpen));
-  EXPECT_EQ(unbound.Insert(), Code(Result::NotOpen));
-  EXPECT_EQ(unbound.BeginTran(), Code(Result::NotOpen));
-  EXPECT_EQ(unbound.SetAssociatedDB(nullptr), Code(Result::NotOpen));
-  EXPECT_EQ(unbound.GetCategoryData(nullptr, nullptr), Code(Result::BadArgument));
+  EXPECT_EQ(unbound.GetFIRST(), Code(Result::kNotOpen));
+  EXPECT_EQ(unbound.Insert(), Code(Result::kNotOpen));
+  EXPECT_EQ(unbound.BeginTran(), Code(Result::kNotOpen));
+  EXPECT_EQ(unbound.SetAssociatedDB(nullptr), Code(Result::kNotOpen));
+  EXPECT_EQ(unbound.GetCategoryData(nullptr, nullptr), Code(Result::kBadArgument));
 
   CCategoryDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
-  EXPECT_EQ(table.GetNEXT(), Code(Result::NoRecord));
-  EXPECT_EQ(table.Update(), Code(Result::NoRecord));
-  EXPECT_EQ(table.Delete(), Code(Result::NoRecord));
-  EXPECT_EQ(table.EndTran(), Code(Result::NoTransaction));
-  EXPECT_EQ(table.GetFIRST(), Code(Result::EndOfTable));
+  EXPECT_EQ(table.GetNEXT(), Code(Result::kNoRecord));
+  EXPECT_EQ(table.Update(), Code(Result::kNoRecord));
+  EXPECT_EQ(table.Delete(), Code(Result::kNoRecord));
+  EXPECT_EQ(table.EndTran(), Code(Result::kNoTransaction));
+  EXPECT_EQ(table.GetFIRST(), Code(Result::kEndOfTable));
   EXPECT_TRUE(table.IsEOF());
   db_.CloseDB();
-  EXPECT_EQ(table.GetFIRST(), Code(Result::NotOpen)) << "the connection is gone, the object is not";
+  EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "the connection is gone, the object is not";
   ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
-  EXPECT_EQ(table.GetFIRST(), Code(Result::NotOpen)) << "an object belongs to the connection it was bound to";
+  EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "an object belongs to the connection it was bound to";
   EXPECT_EQ(table.Open(), 0);
 }
 
@@ -272,7 +272,7 @@ TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
   ASSERT_EQ(other.SetAssociatedDB(&db_), 0);
 
   ASSERT_EQ(table.BeginTran(), 0);
-  EXPECT_EQ(other.BeginTran(), Code(Result::InTransaction)) << "the transaction is the connection's";
+  EXPECT_EQ(other.BeginTran(), Code(Result::kInTransaction)) << "the transaction is the connection's";
   ASSERT_EQ(table.GetReservationData("1"), 0);
   table.record.visited = 1;
   ASSERT_EQ(table.Update(UPDATE_ALWAYS), 0);
@@ -280,7 +280,7 @@ TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
   EXPECT_EQ(other.GetCategoryData("5", "02"), 0) << "its own writes are seen inside";
   PutCategory(db_, "5", "03", "会計待ち");
   ASSERT_EQ(other.AbortTran(), 0);
-  EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::NotFound));
+  EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::kNotFound));
   ASSERT_EQ(table.GetReservationData("1"), 0);
   EXPECT_EQ(table.record.visited, 0);
 
@@ -289,7 +289,7 @@ TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
   db_.CloseDB();
   ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
   ASSERT_EQ(other.Open(), 0);
-  EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::NotFound)) << "closing takes an open one back";
+  EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::kNotFound)) << "closing takes an open one back";
 }
 
 TEST_F(RecordStore, TheChangeTimeChangesWithEveryChange) {
@@ -327,14 +327,14 @@ TEST_F(RecordStore, AnUpdateOfWhatAnotherChangedIsSeen) {
   PutText(theirs.record.stageCode, "02");
   ASSERT_EQ(theirs.Update(UPDATE_IF_UNCHANGED), 0);
   PutText(mine.record.stageCode, "03");
-  EXPECT_EQ(mine.Update(UPDATE_IF_UNCHANGED), Code(Result::Changed));
+  EXPECT_EQ(mine.Update(UPDATE_IF_UNCHANGED), Code(Result::kChanged));
   ASSERT_EQ(mine.GetReservationData("1"), 0);
   EXPECT_STREQ(mine.record.stageCode, "02");
   PutText(mine.record.stageCode, "03");
   EXPECT_EQ(mine.Update(UPDATE_IF_UNCHANGED), 0);
   ASSERT_EQ(theirs.Delete(), 0);
-  EXPECT_EQ(mine.Update(UPDATE_IF_UNCHANGED), Code(Result::Changed));
-  EXPECT_EQ(mine.Update(UPDATE_ALWAYS), Code(Result::Changed)) << "there is no record to write over";
+  EXPECT_EQ(mine.Update(UPDATE_IF_UNCHANGED), Code(Result::kChanged));
+  EXPECT_EQ(mine.Update(UPDATE_ALWAYS), Code(Result::kChanged)) << "there is no record to write over";
 }
 
 TEST_F(RecordStore, ReadsOfOneOperationSeeOneMoment) {
@@ -347,7 +347,7 @@ TEST_F(RecordStore, ReadsOfOneOperationSeeOneMoment) {
     const CKovaReads reads(&db_);
     ASSERT_EQ(table.GetReservationData("1"), 0);
     PutReservation(second, "2", "20260101", "0900");
-    EXPECT_EQ(table.GetReservationData("2"), Code(Result::NotFound));
+    EXPECT_EQ(table.GetReservationData("2"), Code(Result::kNotFound));
     PutReservation(db_, "3", "20260101", "0900");  // a write is done and ends the view
     EXPECT_EQ(table.GetReservationData("2"), 0);
   }
@@ -367,16 +367,16 @@ TEST_F(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
   EXPECT_STREQ(item.saleNumber, "000000000001");
   ASSERT_EQ(sale.GetSaleData(number), 0);
   ASSERT_EQ(sale.Delete(1), 0);
-  EXPECT_EQ(items.GetFIRST(), Code(Result::EndOfTable)) << "the items went with the sale";
+  EXPECT_EQ(items.GetFIRST(), Code(Result::kEndOfTable)) << "the items went with the sale";
 
   // The item cannot be written: a record with its key is in the way. The sale must not stay.
   items.record = {};
   PutText(items.record.saleNumber, "000000000002");
   PutText(items.record.lineNumber, "0001");
   ASSERT_EQ(items.Insert(), 0);
-  EXPECT_EQ(sale.InsertAdjustFee(number, &item, &items), Code(Result::Duplicate));
+  EXPECT_EQ(sale.InsertAdjustFee(number, &item, &items), Code(Result::kDuplicate));
   EXPECT_TRUE(number.IsEmpty());
-  EXPECT_EQ(sale.GetFIRST(), Code(Result::EndOfTable));
+  EXPECT_EQ(sale.GetFIRST(), Code(Result::kEndOfTable));
   ASSERT_EQ(items.GetFIRST(), 0);
   ASSERT_EQ(items.Delete(), 0);
 
@@ -384,12 +384,12 @@ TEST_F(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
   ASSERT_EQ(sale.BeginTran(), 0);
   ASSERT_EQ(sale.InsertAdjustFee(number, &item, &items), 0);
   EXPECT_STREQ(number, "000000000002") << "a number that was taken back is not lost";
-  EXPECT_EQ(sale.InsertAdjustFee(number, nullptr, &items), Code(Result::BadArgument));
+  EXPECT_EQ(sale.InsertAdjustFee(number, nullptr, &items), Code(Result::kBadArgument));
   ASSERT_EQ(sale.EndTran(), 0);
   EXPECT_EQ(sale.GetSaleData("000000000002"), 0);
 
   CSaleItemDB unbound(nullptr, 0);
-  EXPECT_EQ(sale.InsertAdjustFee(number, &item, &unbound), Code(Result::BadArgument));
+  EXPECT_EQ(sale.InsertAdjustFee(number, &item, &unbound), Code(Result::kBadArgument));
 }
 
 TEST_F(RecordStore, TheSpecialOperationsOfTables) {
@@ -398,7 +398,7 @@ TEST_F(RecordStore, TheSpecialOperationsOfTables) {
   ASSERT_EQ(patient.SetAssociatedDB(&db_), 0);
   PutText(patient.record.patientCode, "P1");
   ASSERT_EQ(patient.Insert(), 0);
-  EXPECT_EQ(patient.GetPatientData(&second, "P1"), Code(Result::NotFound)) << "the second half is missing";
+  EXPECT_EQ(patient.GetPatientData(&second, "P1"), Code(Result::kNotFound)) << "the second half is missing";
   PutText(second.record.patientCode, "P1");
   ASSERT_EQ(second.Insert(), 0);
   ASSERT_EQ(patient.GetPatientData(&second, "P1"), 0);
@@ -423,14 +423,14 @@ TEST_F(RecordStore, TheSpecialOperationsOfTables) {
   ASSERT_EQ(reservation.SetAssociatedDB(&db_), 0);
   ASSERT_EQ(reservation.GetReservationData("1"), 0);
   ASSERT_EQ(reservation.Delete(), 0);
-  EXPECT_EQ(standby.GetFIRST(), Code(Result::EndOfTable)) << "its places on the waiting list went with it";
+  EXPECT_EQ(standby.GetFIRST(), Code(Result::kEndOfTable)) << "its places on the waiting list went with it";
 
   CChargeDB charge;
   ASSERT_EQ(charge.SetAssociatedDB(&db_), 0);
   PutText(charge.record.chargeNumber, "1");
   charge.record.receipted = 1;
   ASSERT_EQ(charge.Insert(), 0);
-  EXPECT_EQ(charge.Delete(0), Code(Result::Receipted));
+  EXPECT_EQ(charge.Delete(0), Code(Result::kReceipted));
   EXPECT_EQ(charge.Delete(1), 0);
 }
 

@@ -12,6 +12,7 @@
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "tests/child_process.h"
 #include "tests/failing_vfs.h"
@@ -74,15 +75,15 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
 TEST(RecordStoreFaults, FoldersWithoutADatabase) {
   const os::testing::TemporaryFolder folder("faults");
   CKovaDBSys db;
-  EXPECT_EQ(db.OpenDB(nullptr), Code(Result::NoDatabase));
-  EXPECT_EQ(db.OpenDB(""), Code(Result::NoDatabase));
-  EXPECT_EQ(db.OpenDB((folder.Path() + "missing").c_str()), Code(Result::NoDatabase));
-  EXPECT_EQ(db.OpenDB(folder.Path().c_str()), Code(Result::NoDatabase));
+  EXPECT_EQ(db.OpenDB(nullptr), Code(Result::kNoDatabase));
+  EXPECT_EQ(db.OpenDB(""), Code(Result::kNoDatabase));
+  EXPECT_EQ(db.OpenDB((folder.Path() + "missing").c_str()), Code(Result::kNoDatabase));
+  EXPECT_EQ(db.OpenDB(folder.Path().c_str()), Code(Result::kNoDatabase));
   EXPECT_TRUE(std::filesystem::is_empty(folder.Native())) << "nothing was made";
   ASSERT_EQ(KovaCreateDatabase((folder.Path() + "a").c_str()), 0);
-  EXPECT_EQ(KovaCreateDatabase((folder.Path() + "a").c_str()), Code(Result::Duplicate));
+  EXPECT_EQ(KovaCreateDatabase((folder.Path() + "a").c_str()), Code(Result::kDuplicate));
   std::filesystem::remove(folder.Native() / "a" / "INDEXCONTROL.BTR");
-  EXPECT_EQ(db.OpenDB((folder.Path() + "a").c_str()), Code(Result::NoDatabase)) << "half-copied: no marker";
+  EXPECT_EQ(db.OpenDB((folder.Path() + "a").c_str()), Code(Result::kNoDatabase)) << "half-copied: no marker";
   WriteBytes(folder.Native() / "file", "x");
   EXPECT_NE(KovaCreateDatabase((folder.Path() + "file").c_str()), 0);
 }
@@ -103,12 +104,12 @@ TEST(RecordStoreFaults, DamagedFilesAreToldAndLeftAsTheyAre) {
     const char* name;
     std::string bytes;
     Result result;
-  } cases[] = {{"empty", "", Result::Damaged},
-               {"noise", noise, Result::Damaged},
-               {"truncated", sound.substr(0, sound.size() / 2), Result::Damaged},
-               {"cut in the header", sound.substr(0, 50), Result::Damaged},
-               {"newer", newer, Result::WrongVersion},
-               {"another program's", foreign, Result::Damaged}};
+  } cases[] = {{"empty", "", Result::kDamaged},
+               {"noise", noise, Result::kDamaged},
+               {"truncated", sound.substr(0, sound.size() / 2), Result::kDamaged},
+               {"cut in the header", sound.substr(0, 50), Result::kDamaged},
+               {"newer", newer, Result::kWrongVersion},
+               {"another program's", foreign, Result::kDamaged}};
   for (const auto& each : cases) {
     WriteBytes(file, each.bytes);
     CKovaDBSys db;
@@ -150,6 +151,39 @@ TEST(RecordStoreFaults, DamageInTheMiddleNeverCrashes) {
   }
 }
 
+// Byte 18 of the file says whether it is in write-ahead mode, which must not be used over a network.
+int JournalMode(const os::testing::TemporaryFolder& folder) {
+  return FileBytes(folder.Native() / "kova.db")[18];
+}
+
+TEST(RecordStoreFaults, ADatabaseOpenedOverTheNetworkLeavesWriteAheadModeForGood) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  const store::TableDef& table = *store::FindTable("category");
+  const std::string record(table.recordSize, '\0');
+  Result result = Result::kFailed;
+  store::RecordId id = 0;
+  {
+    const auto local = store::OpenEngine(folder.Path(), false, result);
+    ASSERT_EQ(result, Result::kDone);
+    ASSERT_EQ(JournalMode(folder), 2);
+    std::int64_t stamp = 0;
+    ASSERT_EQ(local->ChangeStamp(table, stamp), Result::kDone) << "it is held from the first read on";
+    EXPECT_EQ(store::OpenEngine(folder.Path(), true, result), nullptr);
+    EXPECT_EQ(result, Result::kLocalOnly) << "held in local mode on its own machine";
+    EXPECT_EQ(local->Insert(table, record.data(), id), Result::kDone) << "whoever holds it is not disturbed";
+    EXPECT_EQ(local->Delete(table, id), Result::kDone);
+  }
+  const auto remote = store::OpenEngine(folder.Path(), true, result);
+  ASSERT_EQ(result, Result::kDone);
+  EXPECT_EQ(JournalMode(folder), 1);
+  const auto local = store::OpenEngine(folder.Path(), false, result);
+  ASSERT_EQ(result, Result::kDone);
+  EXPECT_EQ(remote->Insert(table, record.data(), id), Result::kDone);
+  EXPECT_EQ(local->Delete(table, id), Result::kDone);
+  EXPECT_EQ(JournalMode(folder), 1) << "and stays so";
+}
+
 // The disk runs full, or the drive fails, at each single step of a sale in turn.
 TEST(RecordStoreFaults, AFailingDiskNeverLeavesHalfASale) {
   for (const int code : {SQLITE_FULL, SQLITE_IOERR_WRITE}) {
@@ -167,7 +201,7 @@ TEST(RecordStoreFaults, AFailingDiskNeverLeavesHalfASale) {
       FailFromStep(0, 0);
       EXPECT_EQ(result == 0, worked) << "step " << step;
       if (!worked && code == SQLITE_FULL && step == 1) {
-        EXPECT_EQ(result, Code(Result::Full));
+        EXPECT_EQ(result, Code(Result::kFull));
       }
       EXPECT_EQ(number.IsEmpty(), !worked);
       // The connection goes on once there is room again.
@@ -223,11 +257,11 @@ TEST(RecordStoreFaults, ABusyStoreIsWaitedForAtMostFiveSeconds) {
   CString number;
   ASSERT_EQ(MakeSale(holder, number), 0);
   const std::int64_t began = os::MonotonicMilliseconds();
-  EXPECT_EQ(MakeSale(waiter, number), Code(Result::Busy));
+  EXPECT_EQ(MakeSale(waiter, number), Code(Result::kBusy));
   const std::int64_t waited = os::MonotonicMilliseconds() - began;
   EXPECT_GE(waited, 4500);
   EXPECT_LT(waited, 8000);
-  EXPECT_EQ(sale.GetFIRST(), Code(Result::EndOfTable)) << "reading goes on meanwhile";
+  EXPECT_EQ(sale.GetFIRST(), Code(Result::kEndOfTable)) << "reading goes on meanwhile";
   ASSERT_EQ(held.EndTran(), 0);
   EXPECT_EQ(MakeSale(waiter, number), 0);
   EXPECT_STREQ(number, "000000000002");

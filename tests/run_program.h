@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/os/testing/temporary_folder.h"
 #include "tests/child_process.h"
-#include "tests/temp_folder.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -108,9 +108,9 @@ inline int RunInto(const std::filesystem::path& program, const std::vector<std::
 /// Arguments are UTF-8.
 inline ProgramRun RunProgram(const std::filesystem::path& program,
                              const std::vector<std::string>& arguments) {
-  const TempFolder folder;
-  const std::filesystem::path out = folder.Path() / "out";
-  const std::filesystem::path err = folder.Path() / "err";
+  const os::testing::TemporaryFolder folder("run");
+  const std::filesystem::path out = folder.Native() / "out";
+  const std::filesystem::path err = folder.Native() / "err";
   const int code = RunInto(program, arguments, out, err);
   return {code, FileContent(out), FileContent(err)};
 }

@@ -9,7 +9,6 @@
 
 #include "platform/recordstore/kovadbcall.h"
 #include "tests/run_program.h"
-#include "tests/temp_folder.h"
 
 namespace {
 
@@ -29,12 +28,12 @@ class SamplePractice : public testing::Test {
                       {In(name), "--seed", seed, "--today", kToday, "--patients", std::to_string(kPatients),
                        "--reservations", std::to_string(kReservations)});
   }
-  std::string In(const std::string& name) const { return folder_.Text() + name; }
+  std::string In(const std::string& name) const { return folder_.Argument() + name; }
   std::string Dump(const std::string& practice, const std::string& table) const {
     return RunProgram(BuiltProgram("kovacall"), {"--app", In(practice + "/app.ini"), "dump", table}).out;
   }
 
-  kova::testing::TempFolder folder_;
+  kova::os::testing::TemporaryFolder folder_{"sample"};
 };
 
 template <typename Table, typename Use>
@@ -67,7 +66,7 @@ TEST_F(SamplePractice, IsPlausible) {
   const ProgramRun made = Make("p", "1");
   ASSERT_EQ(made.code, 0) << made.err;
   CKovaDBSys db;
-  ASSERT_EQ(db.OpenDB(In("p").c_str()), 0);
+  ASSERT_EQ(db.OpenDB((folder_.Path() + "p").c_str()), 0);
   CPatientDB patients(nullptr, 0);
   CPatientDB2 halves(nullptr, 0);
   EXPECT_EQ(Walk(db, patients,
@@ -119,7 +118,7 @@ TEST_F(SamplePractice, SellsTheDaysFeesOnce) {
   const ProgramRun second = sell();
   EXPECT_EQ(second.code, 0) << second.err;
   CKovaDBSys db;
-  ASSERT_EQ(db.OpenDB(In("p").c_str()), 0);
+  ASSERT_EQ(db.OpenDB((folder_.Path() + "p").c_str()), 0);
   std::set<std::string> sold;
   int withSale = 0;
   CReservationDB reservations(nullptr, 0);

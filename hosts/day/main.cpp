@@ -136,7 +136,7 @@ int GetFirstItem(CSaleItemDB& items, const tagSALE& sale) {
   items.SetKeyBuffer(sale.saleNumber, sizeof sale.saleNumber);
   const int result = items.GetGREQ();
   const bool other = result == 0 && GetText(items.record.saleNumber) != GetText(sale.saleNumber);
-  return other ? static_cast<int>(store::Result::NotFound) : result;
+  return other ? static_cast<int>(store::Result::kNotFound) : result;
 }
 
 std::vector<std::string> ReadRow(CKovaDBSys& db, const std::string& reservationNumber) {

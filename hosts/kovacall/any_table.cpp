@@ -14,8 +14,8 @@ using store::FieldKind;
 
 std::string ShowField(const FieldDef& field, const char* record) {
   const char* bytes = record + field.offset;
-  if (field.kind == FieldKind::Text) return ShowControls(text932::ToUtf8(store::GetText(bytes, field.width)));
-  if (field.kind == FieldKind::UInt8) return std::to_string(static_cast<unsigned char>(*bytes));
+  if (field.kind == FieldKind::kText) return ShowControls(text932::ToUtf8(store::GetText(bytes, field.width)));
+  if (field.kind == FieldKind::kUInt8) return std::to_string(static_cast<unsigned char>(*bytes));
   std::int32_t number = 0;
   std::memcpy(&number, bytes, sizeof number);
   return std::to_string(number);
@@ -23,9 +23,9 @@ std::string ShowField(const FieldDef& field, const char* record) {
 
 void AssignField(const FieldDef& field, std::string_view utf8, char* record) {
   char* bytes = record + field.offset;
-  if (field.kind == FieldKind::UInt8) {
+  if (field.kind == FieldKind::kUInt8) {
     *bytes = static_cast<char>(NumberArgument(utf8, field.name, 0, 255));
-  } else if (field.kind == FieldKind::Int32) {
+  } else if (field.kind == FieldKind::kInt32) {
     using Limits = std::numeric_limits<std::int32_t>;
     const auto number =
         static_cast<std::int32_t>(NumberArgument(utf8, field.name, Limits::min(), Limits::max()));

@@ -127,7 +127,7 @@ struct TakenRecord {
     std::string text;
     for (const store::FieldDef& field : RecordFields<Record>())
       text +=
-          (text.empty() ? "" : " ") + field.name + (field.kind == store::FieldKind::Text ? "=text" : "=int");
+          (text.empty() ? "" : " ") + field.name + (field.kind == store::FieldKind::kText ? "=text" : "=int");
     return text;
   }
   Record* Get() { return &record; }

@@ -15,7 +15,7 @@ using store::FieldDef;
 using store::FieldKind;
 
 #define KOVA_FIELD(Record, kind, name, meaning) \
-  { #name, FieldKind::kind, offsetof(Record, name), sizeof(Record::name), meaning }
+  { #name, FieldKind::k##kind, offsetof(Record, name), sizeof(Record::name), meaning }
 
 template <>
 std::span<const FieldDef> RecordFields<tagFEEREQUEST>() {

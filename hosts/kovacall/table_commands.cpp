@@ -116,7 +116,7 @@ void Dump(const Arguments& arguments, Practice& practice) {
     Print(Joined(fields, table.Record()));
     result = table.GetNEXT();
   }
-  if (result != 0 && result != static_cast<int>(Result::EndOfTable)) PrintResult(result);
+  if (result != 0 && result != static_cast<int>(Result::kEndOfTable)) PrintResult(result);
 }
 
 // ---- put, set, delete

@@ -9,8 +9,8 @@ using store::KeyDef;
 using store::TableDef;
 
 std::string TypeOf(const FieldDef& field) {
-  if (field.kind == FieldKind::Int32) return "32-bit signed";
-  if (field.kind == FieldKind::UInt8) return "8-bit unsigned";
+  if (field.kind == FieldKind::kInt32) return "32-bit signed";
+  if (field.kind == FieldKind::kUInt8) return "8-bit unsigned";
   return "text, " + std::to_string(field.width - 1) + " bytes";
 }
 

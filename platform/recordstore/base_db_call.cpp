@@ -19,7 +19,7 @@ int AsInt(Operation operation) {
   try {
     return static_cast<int>(operation());
   } catch (const std::exception&) {
-    return static_cast<int>(Result::Failed);
+    return static_cast<int>(Result::kFailed);
   }
 }
 
@@ -40,7 +40,7 @@ int CBaseDBCall::SetAssociatedDB(CKovaDBSys* db) {
 int CBaseDBCall::Open() {
   DropClosed();
   if (cursor_->IsBound()) return 0;
-  if (db_ == nullptr || db_->GetEngine() == nullptr) return static_cast<int>(Result::NotOpen);
+  if (db_ == nullptr || db_->GetEngine() == nullptr) return static_cast<int>(Result::kNotOpen);
   generation_ = db_->GetGeneration();
   cursor_->Bind(db_->GetEngine());
   return 0;
@@ -91,10 +91,10 @@ KOVA_POSITIONING(Delete, Delete())
 
 int CBaseDBCall::IsEOF() const { return cursor_->AtEnd() ? 1 : 0; }
 
-#define KOVA_TRANSACTION(Name, EngineCall)                                                  \
-  int CBaseDBCall::Name() {                                                                 \
-    Engine* engine = GetEngine();                                                           \
-    return AsInt([&] { return engine == nullptr ? Result::NotOpen : engine->EngineCall; }); \
+#define KOVA_TRANSACTION(Name, EngineCall)                                                   \
+  int CBaseDBCall::Name() {                                                                  \
+    Engine* engine = GetEngine();                                                            \
+    return AsInt([&] { return engine == nullptr ? Result::kNotOpen : engine->EngineCall; }); \
   }
 KOVA_TRANSACTION(BeginTran, Begin())
 KOVA_TRANSACTION(EndTran, End())
@@ -105,7 +105,7 @@ CTime CBaseDBCall::GetFileTime() {
   std::int64_t stamp = 0;
   Engine* engine = GetEngine();
   const int result = AsInt(
-      [&] { return engine == nullptr ? Result::NotOpen : engine->ChangeStamp(cursor_->Table(), stamp); });
+      [&] { return engine == nullptr ? Result::kNotOpen : engine->ChangeStamp(cursor_->Table(), stamp); });
   return CTime(result == 0 ? stamp : 0);
 }
 
@@ -127,15 +127,15 @@ int CBaseDBCall::GetByPrimeKey(const char* first, const char* second) {
     const char* texts[] = {first, second};
     for (std::size_t i = 0; i < key.fields.size() && i < 2 && texts[i] != nullptr; ++i) {
       // A text longer than the field is no record's key: cut, it would find another record.
-      if (std::strlen(texts[i]) > key.fields[i]->width) return Result::NotFound;
+      if (std::strlen(texts[i]) > key.fields[i]->width) return Result::kNotFound;
       end += key.fields[i]->width;
       bytes += texts[i];
       bytes.resize(end);
     }
-    if (end == 0) return Result::BadArgument;
+    if (end == 0) return Result::kBadArgument;
     bytes.resize(key.width);
     const Result chosen = cursor_->SetKey(0);
-    if (chosen != Result::Done) return chosen;
+    if (chosen != Result::kDone) return chosen;
     cursor_->SetKeyBuffer(bytes);
     return cursor_->GetEqual();
   });

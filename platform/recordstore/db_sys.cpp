@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "platform/os/drives.h"
 #include "platform/recordstore/engine.h"
 
 using kova::store::Result;
@@ -12,12 +13,13 @@ CKovaDBSys::~CKovaDBSys() { CloseDB(); }
 
 int CKovaDBSys::OpenDB(const char* folder) try {
   CloseDB();
-  Result result = Result::Failed;
-  engine_ = kova::store::OpenEngine(folder == nullptr ? "" : folder, result);
+  Result result = Result::kFailed;
+  const std::string_view name = folder == nullptr ? "" : folder;
+  engine_ = kova::store::OpenEngine(name, kova::os::IsRemoteFolder(name), result);
   return static_cast<int>(result);
 } catch (const std::exception&) {
   CloseDB();
-  return static_cast<int>(Result::Failed);
+  return static_cast<int>(Result::kFailed);
 }
 
 void CKovaDBSys::CloseDB() {
@@ -36,7 +38,7 @@ CKovaKept* CKovaDBSys::GetKept(const char* name) const {
 void CKovaDBSys::SetKept(const char* name, CKovaKept* kept) { kept_[name].reset(kept); }
 
 int CKovaDBSys::CheckIntegrity(std::string& finding) {
-  return static_cast<int>(engine_ == nullptr ? Result::NotOpen : engine_->CheckIntegrity(finding));
+  return static_cast<int>(engine_ == nullptr ? Result::kNotOpen : engine_->CheckIntegrity(finding));
 }
 
 CKovaReads::CKovaReads(CKovaDBSys* db) : db_(db), generation_(db == nullptr ? 0 : db->GetGeneration()) {
@@ -49,7 +51,8 @@ CKovaReads::~CKovaReads() {
 }
 
 int KovaCreateDatabase(const char* folder) try {
-  return static_cast<int>(kova::store::CreateDatabase(folder == nullptr ? "" : folder));
+  const std::string_view name = folder == nullptr ? "" : folder;
+  return static_cast<int>(kova::store::CreateDatabase(name, kova::os::IsRemoteFolder(name)));
 } catch (const std::exception&) {
-  return static_cast<int>(Result::Failed);
+  return static_cast<int>(Result::kFailed);
 }

@@ -21,13 +21,13 @@ using RecordId = std::int64_t;
 /// Where a read begins and which way it goes. Key bytes are as MakeKey gives them.
 struct ReadFrom {
   enum class Place {
-    First,    ///< forward from the first record of the key
-    Last,     ///< backward from the last
-    AtLeast,  ///< forward from the first record whose key is not less than `key`
-    After,    ///< forward from behind (`key`, `id`)
-    AtMost,   ///< backward from the last record whose key is not greater than `key`
-    Below,    ///< backward from the last record whose key is less than `key`
-    Before,   ///< backward from before (`key`, `id`)
+    kFirst,    ///< forward from the first record of the key
+    kLast,     ///< backward from the last
+    kAtLeast,  ///< forward from the first record whose key is not less than `key`
+    kAfter,    ///< forward from behind (`key`, `id`)
+    kAtMost,   ///< backward from the last record whose key is not greater than `key`
+    kBelow,    ///< backward from the last record whose key is less than `key`
+    kBefore,   ///< backward from before (`key`, `id`)
   };
   Place place;
   std::string_view key = {};
@@ -67,9 +67,9 @@ class Engine {
   virtual Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
                       RecordBlock& block) = 0;
 
-  /// Each of these is written whole or not at all; outside a transaction it is durable when it returns Done.
+  /// Each of these is written whole or not at all; outside a transaction it is durable when it returns kDone.
   virtual Result Insert(const TableDef& table, const char* record, RecordId& id) = 0;
-  /// With `expected` only when the stored record still is that, byte for byte; Changed when it is not.
+  /// With `expected` only when the stored record still is that, byte for byte; kChanged when it is not.
   virtual Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) = 0;
   virtual Result Delete(const TableDef& table, RecordId id) = 0;
 
@@ -101,17 +101,17 @@ class Engine {
   /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
   virtual std::uint64_t WriteCount(const TableDef& table) const = 0;
 
-  /// Checks the whole database; Damaged and the first finding in `finding` when something is wrong.
+  /// Checks the whole database; kDamaged and the first finding in `finding` when something is wrong.
   virtual Result CheckIntegrity(std::string& finding) = 0;
 };
 
 /// Opens the database in `folder` (code page 932, as hosts give it). Null and the reason in `result` when it
-/// cannot.
-std::unique_ptr<Engine> OpenEngine(std::string_view folder, Result& result);
+/// cannot. `overNetwork`: the folder lies on another machine, which decides how the file may be shared.
+std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result);
 
 /// Lays out an empty database in `folder`, which is made when missing. Leaves a folder that holds one as it
-/// is and gives Duplicate.
-Result CreateDatabase(std::string_view folder);
+/// is and gives kDuplicate.
+Result CreateDatabase(std::string_view folder, bool overNetwork);
 
 /// The file that marks a folder as a database folder. Copied last, so that a half-copied folder has none.
 inline constexpr std::string_view kMarkerFile = "INDEXCONTROL.BTR";

@@ -8,13 +8,13 @@
 
 namespace kova::store {
 
-enum class FieldKind { Text, Int32, UInt8 };
+enum class FieldKind { kText, kInt32, kUInt8 };
 
 /// A text of at most N bytes of code page 932 and its terminator. A text that fills all N + 1 bytes has none.
 template <std::size_t N>
 struct Text {
   using Storage = char[N + 1];
-  static constexpr FieldKind kKind = FieldKind::Text;
+  static constexpr FieldKind kKind = FieldKind::kText;
   static constexpr std::size_t kWidth = N + 1;
   static constexpr std::size_t kCount = 1;
 };
@@ -23,7 +23,7 @@ struct Text {
 template <std::size_t Count, std::size_t N>
 struct TextList {
   using Storage = char[Count][N + 1];
-  static constexpr FieldKind kKind = FieldKind::Text;
+  static constexpr FieldKind kKind = FieldKind::kText;
   static constexpr std::size_t kWidth = N + 1;
   static constexpr std::size_t kCount = Count;
 };
@@ -31,7 +31,7 @@ struct TextList {
 /// A 32-bit signed number: yen, points, a count, whole percents.
 struct Int32 {
   using Storage = std::int32_t;
-  static constexpr FieldKind kKind = FieldKind::Int32;
+  static constexpr FieldKind kKind = FieldKind::kInt32;
   static constexpr std::size_t kWidth = 4;
   static constexpr std::size_t kCount = 1;
 };
@@ -39,7 +39,7 @@ struct Int32 {
 /// An 8-bit flag or small code.
 struct UInt8 {
   using Storage = std::uint8_t;
-  static constexpr FieldKind kKind = FieldKind::UInt8;
+  static constexpr FieldKind kKind = FieldKind::kUInt8;
   static constexpr std::size_t kWidth = 1;
   static constexpr std::size_t kCount = 1;
 };

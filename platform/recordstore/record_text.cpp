@@ -29,7 +29,7 @@ void ToColumns(const TableDef& table, const char* record, RecordColumns& columns
   columns.texts.resize(table.fields.size());
   std::size_t used = 0;
   for (const FieldDef& field : table.fields) {
-    if (field.kind != FieldKind::Text) continue;
+    if (field.kind != FieldKind::kText) continue;
     const char* bytes = record + field.offset;
     const std::string_view text = GetText(bytes, field.width);
     std::string& utf8 = columns.texts[used++];
@@ -50,7 +50,7 @@ void TextFromColumn(std::string_view utf8, const char* exactField, char* field, 
 }
 
 void NumberFromColumn(long long value, FieldKind kind, char* field) {
-  if (kind == FieldKind::UInt8) {
+  if (kind == FieldKind::kUInt8) {
     *reinterpret_cast<std::uint8_t*>(field) = static_cast<std::uint8_t>(std::clamp(value, 0LL, 255LL));
     return;
   }
@@ -61,7 +61,7 @@ void NumberFromColumn(long long value, FieldKind kind, char* field) {
 }
 
 long long NumberOfField(FieldKind kind, const char* field) {
-  if (kind == FieldKind::UInt8) return *reinterpret_cast<const std::uint8_t*>(field);
+  if (kind == FieldKind::kUInt8) return *reinterpret_cast<const std::uint8_t*>(field);
   std::int32_t number = 0;
   std::memcpy(&number, field, sizeof number);
   return number;

@@ -4,46 +4,46 @@ namespace kova::store {
 
 const char* Describe(Result result) {
   switch (result) {
-    case Result::Done:
+    case Result::kDone:
       return "done";
-    case Result::NotFound:
+    case Result::kNotFound:
       return "no record has that key";
-    case Result::EndOfTable:
+    case Result::kEndOfTable:
       return "no further record";
-    case Result::Duplicate:
+    case Result::kDuplicate:
       return "a record with that primary key exists already";
-    case Result::NotOpen:
+    case Result::kNotOpen:
       return "not bound to an open database";
-    case Result::NoRecord:
+    case Result::kNoRecord:
       return "no current record";
-    case Result::NoSuchKey:
+    case Result::kNoSuchKey:
       return "the table has no such key";
-    case Result::Busy:
+    case Result::kBusy:
       return "another workstation held the database for too long";
-    case Result::Changed:
+    case Result::kChanged:
       return "another workstation changed the record meanwhile";
-    case Result::Full:
+    case Result::kFull:
       return "the disk is full";
-    case Result::Damaged:
+    case Result::kDamaged:
       return "the database is damaged";
-    case Result::ReadOnly:
+    case Result::kReadOnly:
       return "the database cannot be written";
-    case Result::NoDatabase:
+    case Result::kNoDatabase:
       return "the folder holds no database";
-    case Result::WrongVersion:
+    case Result::kWrongVersion:
       return "the database was made by a newer program";
-    case Result::InTransaction:
+    case Result::kInTransaction:
       return "a transaction is open already";
-    case Result::NoTransaction:
+    case Result::kNoTransaction:
       return "no transaction is open, or it was lost to a failure";
-    case Result::LocalOnly:
+    case Result::kLocalOnly:
       return "a program on the machine that holds the folder has the database open in local mode; close it "
              "there once";
-    case Result::Receipted:
+    case Result::kReceipted:
       return "a receipt was given for the charge";
-    case Result::BadArgument:
+    case Result::kBadArgument:
       return "an argument cannot be used";
-    case Result::Failed:
+    case Result::kFailed:
       return "failed";
   }
   return "unknown result";

@@ -19,16 +19,16 @@ int Code(Result result) { return static_cast<int>(result); }
 // Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only.
 template <typename Writes>
 int AsUnit(Engine* engine, Writes writes) {
-  if (engine == nullptr) return Code(Result::NotOpen);
+  if (engine == nullptr) return Code(Result::kNotOpen);
   try {
     const Result begun = engine->BeginUnit();
-    if (begun != Result::Done) return Code(begun);
+    if (begun != Result::kDone) return Code(begun);
     const int result = writes();
     const Result ended = engine->EndUnit(result == 0);
     return result != 0 ? result : Code(ended);
   } catch (const std::exception&) {
     (void)engine->EndUnit(false);
-    return Code(Result::Failed);
+    return Code(Result::kFailed);
   }
 }
 
@@ -51,7 +51,7 @@ int WalkOfNumber(Table& table, int keyNumber, const char (&number)[13], Use use)
     if (used < 0) break;
     if (used > 0) return used;
   }
-  const bool off = result == Code(Result::NotFound) || result == Code(Result::EndOfTable);
+  const bool off = result == Code(Result::kNotFound) || result == Code(Result::kEndOfTable);
   return off ? 0 : result;
 }
 
@@ -59,15 +59,15 @@ int WalkOfNumber(Table& table, int keyNumber, const char (&number)[13], Use use)
 
 int CPatientDB::GetPatientData(CPatientDB2* second, const char* patientCode) {
   const int first = GetPatient1Data(patientCode);
-  if (first != 0 || second == nullptr) return first != 0 ? first : Code(Result::BadArgument);
+  if (first != 0 || second == nullptr) return first != 0 ? first : Code(Result::kBadArgument);
   int result = second->GetPatient2Data(patientCode);
-  if (result != Code(Result::NotOpen)) return result;
+  if (result != Code(Result::kNotOpen)) return result;
   result = second->SetAssociatedDB(GetDB());
   return result != 0 ? result : second->GetPatient2Data(patientCode);
 }
 
 int CPatientDB::UpdatePatientData(CPatientDB2* second, int updateType) {
-  if (second == nullptr) return Code(Result::BadArgument);
+  if (second == nullptr) return Code(Result::kBadArgument);
   const bool unchanged = updateType == UPDATE_IF_UNCHANGED;
   return AsUnit(GetEngine(), [&] {
     const int first = unchanged ? UpdateIfUnchanged() : CBaseDBCall::Update();
@@ -88,7 +88,7 @@ int CReservationDB::Delete() {
       result = standby.GetReservationStandbyDataFromReservationKey(record.reservationNumber);
       if (result == 0) result = standby.Delete();
     }
-    return result == Code(Result::NotFound) ? CBaseDBCall::Delete() : result;
+    return result == Code(Result::kNotFound) ? CBaseDBCall::Delete() : result;
   });
 }
 
@@ -121,13 +121,13 @@ int CSaleDB::Delete(int withItems) {
 int CSaleDB::InsertAdjustFee(CString& saleNumber, tagSALEITEM* item, void* saleItemTable) {
   saleNumber.Empty();
   auto* items = static_cast<CSaleItemDB*>(saleItemTable);
-  if (item == nullptr || items == nullptr) return Code(Result::BadArgument);
+  if (item == nullptr || items == nullptr) return Code(Result::kBadArgument);
   Engine* engine = GetEngine();
-  if (engine != items->GetEngine()) return Code(Result::BadArgument);
+  if (engine != items->GetEngine()) return Code(Result::kBadArgument);
   const int result = AsUnit(engine, [&] {
     std::int64_t number = 0;
     const Result counted = engine->NextNumber("saleNumber", number);
-    if (counted != Result::Done) return Code(counted);
+    if (counted != Result::kDone) return Code(counted);
     char text[24];
     std::snprintf(text, sizeof text, "%012lld", static_cast<long long>(number));
     PutText(record.saleNumber, text);
@@ -145,7 +145,7 @@ int CSaleDB::CalcSum(tagSALE* sale, void* saleItemTable, long* points, long* sel
                      long* tax, long* total) {
   std::int32_t sums[3] = {};
   auto* items = static_cast<CSaleItemDB*>(saleItemTable);
-  int result = sale == nullptr || items == nullptr ? Code(Result::BadArgument) : 0;
+  int result = sale == nullptr || items == nullptr ? Code(Result::kBadArgument) : 0;
   if (result == 0) {
     result = WalkOfNumber(*items, 0, sale->saleNumber, [&](const tagSALEITEM& item) {
       if (std::memcmp(item.saleNumber, sale->saleNumber, sizeof item.saleNumber) != 0) return -1;
@@ -181,6 +181,6 @@ int CSaleDB::CalcSum(tagSALE* sale, void* saleItemTable, long* points, long* sel
 }
 
 int CChargeDB::Delete(int receiptedToo) {
-  if (receiptedToo == 0 && record.receipted != 0) return Code(Result::Receipted);
+  if (receiptedToo == 0 && record.receipted != 0) return Code(Result::kReceipted);
   return CBaseDBCall::Delete();
 }

@@ -1,6 +1,8 @@
 #include "platform/text932/cp932.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace kova::text932 {
 namespace {
@@ -150,6 +152,19 @@ std::size_t ReadUtf8(std::string_view utf8, std::size_t at, char32_t& value) {
   return 0;  // four-byte sequences name characters that the code page does not hold
 }
 
+// Length of the ASCII beginning of a text. Most texts of a practice's records are codes, dates and numbers.
+std::size_t AsciiLength(std::string_view text) {
+  std::size_t length = 0;
+  std::uint64_t eight = 0;
+  while (length + sizeof eight <= text.size()) {
+    std::memcpy(&eight, text.data() + length, sizeof eight);
+    if ((eight & 0x8080808080808080u) != 0) break;
+    length += sizeof eight;
+  }
+  while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80) ++length;
+  return length;
+}
+
 }  // namespace
 
 std::string_view CutAtCharacter(std::string_view text, std::size_t maxBytes) {
@@ -208,8 +223,7 @@ int Encode(char32_t c) {
 }
 
 void AppendUtf8(std::string_view text, std::string& out) {
-  std::size_t ascii = 0;  // most texts of a practice's records are codes, dates and numbers
-  while (ascii < text.size() && static_cast<unsigned char>(text[ascii]) < 0x80) ++ascii;
+  const std::size_t ascii = AsciiLength(text);
   out += text.substr(0, ascii);
   if (ascii == text.size()) return;
   text.remove_prefix(ascii);
@@ -239,9 +253,11 @@ bool FromUtf8(std::string_view utf8, std::string& out) {
 }
 
 std::size_t FromUtf8Into(std::string_view utf8, char* out, std::size_t capacity) {
+  std::size_t length = AsciiLength(utf8.substr(0, capacity));
+  std::copy_n(utf8.data(), length, out);
+  if (length == utf8.size() || length == capacity) return length;
   const Tables& tables = GetTables();
-  std::size_t length = 0;
-  for (std::size_t i = 0; i < utf8.size() && length < capacity;) {
+  for (std::size_t i = length; i < utf8.size() && length < capacity;) {
     if (static_cast<unsigned char>(utf8[i]) < 0x80) {
       out[length++] = utf8[i++];
       continue;

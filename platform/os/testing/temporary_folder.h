@@ -36,6 +36,11 @@ class TemporaryFolder {
   /// The folder in code page 932, "\" at its end.
   const std::string& Path() const { return path_; }
   std::filesystem::path Native() const { return ToFilesystemPath(path_); }
+  /// As a program's argument: the system's own path in UTF-8.
+  std::string Argument() const {
+    const std::u8string utf8 = Native().u8string();
+    return {utf8.begin(), utf8.end()};
+  }
 
  private:
   std::string path_;

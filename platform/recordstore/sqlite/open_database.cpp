@@ -2,7 +2,6 @@
 
 #include <fstream>
 
-#include "platform/os/drives.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/sqlite/table_sql.h"
@@ -38,9 +37,9 @@ Result QueryText(sqlite3* connection, const char* sql, std::string& value) {
   int code = sqlite3_prepare_v2(connection, sql, -1, &raw, nullptr);
   const Statement statement(raw);
   if (code == SQLITE_OK) code = sqlite3_step(raw);
-  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
   value = ColumnText(raw, 0);
-  return Result::Done;
+  return Result::kDone;
 }
 
 // Bytes 18 and 19 of the file are 2 while it is in write-ahead mode. They are read past SQLite, because on a
@@ -58,45 +57,46 @@ Result LeaveWriteAheadMode(sqlite3* connection) {
   // In exclusive mode SQLite uses no shared memory, and the lock fails while anybody else has the file open.
   std::string mode;
   Result result = Execute(connection, "PRAGMA locking_mode = EXCLUSIVE");
-  if (result == Result::Done) result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
-  if (result == Result::Busy || (result == Result::Done && mode != "delete")) return Result::LocalOnly;
-  if (result == Result::Done) {
+  if (result == Result::kDone) result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
+  if (result == Result::kBusy || (result == Result::kDone && mode != "delete")) return Result::kLocalOnly;
+  if (result == Result::kDone) {
     result = Execute(connection, "UPDATE store_info SET value = 'network' WHERE name = 'sharing'");
   }
-  if (result == Result::Done) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
-  if (result == Result::Done) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
+  if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
+  if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
   return result;
 }
 
 Result CheckVersion(sqlite3* connection) {
   std::string value;
   Result result = QueryText(connection, "PRAGMA application_id", value);
-  if (result != Result::Done) return result;
-  if (value != std::to_string(kApplicationId)) return Result::Damaged;
+  if (result != Result::kDone) return result;
+  if (value != std::to_string(kApplicationId)) return Result::kDamaged;
   result = QueryText(connection, "PRAGMA user_version", value);
-  if (result != Result::Done) return result;
-  return value == std::to_string(kSchemaVersion) ? Result::Done : Result::WrongVersion;
+  if (result != Result::kDone) return result;
+  return value == std::to_string(kSchemaVersion) ? Result::kDone : Result::kWrongVersion;
 }
 
 // How the file is shared decides its journal; in both a committed sale survives a power cut.
-Result SetUpJournal(sqlite3* connection, bool remote) {
-  Result result = Execute(connection, "PRAGMA synchronous = FULL; PRAGMA cache_size = -8000");
-  if (result != Result::Done || remote || sqlite3_db_readonly(connection, "main") == 1) return result;
+Result SetUpJournal(sqlite3* connection, bool overNetwork) {
+  // EXTRA flushes the folder too when a rollback journal is removed; in write-ahead mode it means FULL.
+  Result result = Execute(connection, "PRAGMA synchronous = EXTRA; PRAGMA cache_size = -8000");
+  if (result != Result::kDone || overNetwork || sqlite3_db_readonly(connection, "main") == 1) return result;
   std::string sharing, mode;
   result = QueryText(connection, "SELECT value FROM store_info WHERE name = 'sharing'", sharing);
-  if (result != Result::Done || sharing != "local") return result;
+  if (result != Result::kDone || sharing != "local") return result;
   // A file that is busy just now stays in the mode that it has.
   (void)QueryText(connection, "PRAGMA journal_mode = WAL", mode);
   return Execute(connection, "PRAGMA journal_size_limit = 16777216");
 }
 
-std::string LayoutSql(bool remote) {
+std::string LayoutSql(bool overNetwork) {
   std::string sql = "PRAGMA application_id = " + std::to_string(kApplicationId) +
                     ";\nPRAGMA user_version = " + std::to_string(kSchemaVersion) +
                     ";\nBEGIN EXCLUSIVE;\n"
                     "CREATE TABLE store_info (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;\n"
                     "INSERT INTO store_info VALUES ('sharing', '";
-  sql += remote ? "network" : "local";
+  sql += overNetwork ? "network" : "local";
   sql +=
       "');\n"
       "CREATE TABLE counter (name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;\n"
@@ -118,44 +118,42 @@ bool WriteMarker(const std::filesystem::path& file) {
 
 }  // namespace
 
-std::unique_ptr<Engine> OpenEngine(std::string_view folder, Result& result) {
+std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result) {
   std::error_code error;
   const std::filesystem::path file = InFolder(folder, kDatabaseFile);
-  result = Result::NoDatabase;
+  result = Result::kNoDatabase;
   if (folder.empty() || !std::filesystem::exists(InFolder(folder, kMarkerFile), error) ||
       !std::filesystem::exists(file, error)) {
     return nullptr;
   }
-  const bool remote = os::IsRemoteFolder(folder);
-  const bool mustLeave = remote && IsInWriteAheadMode(file);
+  const bool mustLeave = overNetwork && IsInWriteAheadMode(file);
   int code = SQLITE_OK;
   Connection connection = Connect(file, SQLITE_OPEN_READWRITE, code);
   result = FromSqlite(code);
-  if (result == Result::Done && mustLeave) result = LeaveWriteAheadMode(connection.get());
-  if (result == Result::Done) result = CheckVersion(connection.get());
-  if (result == Result::Done) result = SetUpJournal(connection.get(), remote);
-  if (result != Result::Done) return nullptr;
+  if (result == Result::kDone && mustLeave) result = LeaveWriteAheadMode(connection.get());
+  if (result == Result::kDone) result = CheckVersion(connection.get());
+  if (result == Result::kDone) result = SetUpJournal(connection.get(), overNetwork);
+  if (result != Result::kDone) return nullptr;
   const bool canWrite = sqlite3_db_readonly(connection.get(), "main") == 0;
   return std::make_unique<SqliteEngine>(std::move(connection), canWrite);
 }
 
-Result CreateDatabase(std::string_view folder) {
+Result CreateDatabase(std::string_view folder, bool overNetwork) {
   std::error_code error;
-  if (folder.empty()) return Result::BadArgument;
+  if (folder.empty()) return Result::kBadArgument;
   std::filesystem::create_directories(os::ToFilesystemPath(folder), error);
   const std::filesystem::path file = InFolder(folder, kDatabaseFile);
   const std::filesystem::path marker = InFolder(folder, kMarkerFile);
-  if (!std::filesystem::is_directory(os::ToFilesystemPath(folder), error)) return Result::NoDatabase;
+  if (!std::filesystem::is_directory(os::ToFilesystemPath(folder), error)) return Result::kNoDatabase;
   if (std::filesystem::exists(marker, error) || std::filesystem::exists(file, error))
-    return Result::Duplicate;
+    return Result::kDuplicate;
   int code = SQLITE_OK;
   Connection connection = Connect(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, code);
   Result result = FromSqlite(code);
-  if (result == Result::Done)
-    result = Execute(connection.get(), LayoutSql(os::IsRemoteFolder(folder)).c_str());
+  if (result == Result::kDone) result = Execute(connection.get(), LayoutSql(overNetwork).c_str());
   connection.reset();
-  if (result == Result::Done && !WriteMarker(marker)) result = Result::Full;
-  if (result != Result::Done) {
+  if (result == Result::kDone && !WriteMarker(marker)) result = Result::kFull;
+  if (result != Result::kDone) {
     std::filesystem::remove(marker, error);
     std::filesystem::remove(file, error);
   }

@@ -60,7 +60,7 @@ void SqliteEngine::DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlo
   int column = kFirstField;
   for (const FieldDef& field : table.fields) {
     char* bytes = record + field.offset;
-    if (field.kind == FieldKind::Text) {
+    if (field.kind == FieldKind::kText) {
       TextFromColumn(ColumnText(row, column), exactRecord == nullptr ? nullptr : exactRecord + field.offset,
                      bytes, field.width);
     } else {
@@ -76,8 +76,8 @@ Result SqliteEngine::ReadRange(const TableDef& table, std::size_t keyIndex, Rang
   if (statement == nullptr) return LastError();
   const StatementUse use(statement);
   int at = 1;
-  if (range != Range::First && range != Range::Last) BindBytes(statement, at++, from.key);
-  if (range == Range::SameAfter || range == Range::SameBefore) sqlite3_bind_int64(statement, at++, from.id);
+  if (range != Range::kFirst && range != Range::kLast) BindBytes(statement, at++, from.key);
+  if (range == Range::kSameAfter || range == Range::kSameBefore) sqlite3_bind_int64(statement, at++, from.id);
   sqlite3_bind_int64(statement, at, static_cast<sqlite3_int64>(limit));
   int code = SQLITE_OK;
   while ((code = sqlite3_step(statement)) == SQLITE_ROW) DecodeRow(statement, table, block);
@@ -94,27 +94,27 @@ Result SqliteEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
   const auto readOn = [&](Range same, Range other) {
     if (table.keys[keyIndex].number != 0) {
       const Result result = read(same);
-      if (result != Result::Done || block.Size() == limit) return result;
+      if (result != Result::kDone || block.Size() == limit) return result;
     }
     return read(other);
   };
   switch (from.place) {
-    case ReadFrom::Place::First:
-      return read(Range::First);
-    case ReadFrom::Place::Last:
-      return read(Range::Last);
-    case ReadFrom::Place::AtLeast:
-      return read(Range::AtLeast);
-    case ReadFrom::Place::AtMost:
-      return read(Range::AtMost);
-    case ReadFrom::Place::Below:
-      return read(Range::Below);
-    case ReadFrom::Place::After:
-      return readOn(Range::SameAfter, Range::Above);
-    case ReadFrom::Place::Before:
-      return readOn(Range::SameBefore, Range::Below);
+    case ReadFrom::Place::kFirst:
+      return read(Range::kFirst);
+    case ReadFrom::Place::kLast:
+      return read(Range::kLast);
+    case ReadFrom::Place::kAtLeast:
+      return read(Range::kAtLeast);
+    case ReadFrom::Place::kAtMost:
+      return read(Range::kAtMost);
+    case ReadFrom::Place::kBelow:
+      return read(Range::kBelow);
+    case ReadFrom::Place::kAfter:
+      return readOn(Range::kSameAfter, Range::kAbove);
+    case ReadFrom::Place::kBefore:
+      return readOn(Range::kSameBefore, Range::kBelow);
   }
-  return Result::BadArgument;
+  return Result::kBadArgument;
 }
 
 // Binds fields, keys and exact bytes; gives the number of the next parameter.
@@ -123,7 +123,7 @@ int SqliteEngine::BindRecord(sqlite3_stmt* statement, const TableDef& table, con
   int at = 1;
   std::size_t text = 0;
   for (const FieldDef& field : table.fields) {
-    if (field.kind == FieldKind::Text) {
+    if (field.kind == FieldKind::kText) {
       BindText(statement, at++, columns_.texts[text++]);
     } else {
       sqlite3_bind_int64(statement, at++, NumberOfField(field.kind, record + field.offset));
@@ -139,29 +139,29 @@ int SqliteEngine::BindRecord(sqlite3_stmt* statement, const TableDef& table, con
 }
 
 bool SqliteEngine::HoldsTransaction() const {
-  return mode_ == Mode::Host || mode_ == Mode::Unit || mode_ == Mode::UnitInHost;
+  return mode_ == Mode::kHost || mode_ == Mode::kUnit || mode_ == Mode::kUnitInHost;
 }
 
 // One write, within the transaction that is open or in one of its own.
 template <typename Write>
 Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
-  if (!canWrite_) return Result::ReadOnly;
+  if (!canWrite_) return Result::kReadOnly;
   const bool own = !HoldsTransaction();
   if (own) {
     const Result begun = BeginUnit();
-    if (begun != Result::Done) return begun;
+    if (begun != Result::kDone) return begun;
   } else if (sqlite3_get_autocommit(connection_.get()) != 0) {
-    return Result::NoTransaction;  // SQLite gave it up at an earlier failure; nothing more may be written in
-                                   // it
+    return Result::kNoTransaction;  // SQLite gave it up at an earlier failure; nothing more may be written in
+                                    // it
   }
   const Result result = write();
-  if (result == Result::Done) {
+  if (result == Result::kDone) {
     dirty_[static_cast<std::size_t>(table.id)] = true;
     ++writeCounts_[static_cast<std::size_t>(table.id)];
   }
   if (!own) return result;
-  const Result ended = EndUnit(result == Result::Done);
-  return result == Result::Done ? ended : result;
+  const Result ended = EndUnit(result == Result::kDone);
+  return result == Result::kDone ? ended : result;
 }
 
 Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId& id) {
@@ -171,7 +171,7 @@ Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId&
     const StatementUse use(statement);
     BindRecord(statement, table, record);
     const Result result = FromSqlite(sqlite3_step(statement));
-    if (result == Result::Done) id = sqlite3_last_insert_rowid(connection_.get());
+    if (result == Result::kDone) id = sqlite3_last_insert_rowid(connection_.get());
     return result;
   });
 }
@@ -182,27 +182,27 @@ Result SqliteEngine::ReadUnchanged(const TableDef& table, RecordId id, const cha
   const StatementUse use(statement);
   sqlite3_bind_int64(statement, 1, id);
   const int code = sqlite3_step(statement);
-  if (code == SQLITE_DONE) return Result::Changed;
+  if (code == SQLITE_DONE) return Result::kChanged;
   if (code != SQLITE_ROW) return FromSqlite(code);
   RecordBlock stored;
   stored.Reset(table.recordSize);
   DecodeRow(statement, table, stored);
-  return std::memcmp(stored.Record(0), expected, table.recordSize) == 0 ? Result::Done : Result::Changed;
+  return std::memcmp(stored.Record(0), expected, table.recordSize) == 0 ? Result::kDone : Result::kChanged;
 }
 
 Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* record, const char* expected) {
   return WriteWhole(table, [&] {
     if (expected != nullptr) {
       const Result unchanged = ReadUnchanged(table, id, expected);
-      if (unchanged != Result::Done) return unchanged;
+      if (unchanged != Result::kDone) return unchanged;
     }
     sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
     sqlite3_bind_int64(statement, BindRecord(statement, table, record), id);
     const Result result = FromSqlite(sqlite3_step(statement));
-    if (result != Result::Done) return result;
-    return sqlite3_changes(connection_.get()) == 1 ? Result::Done : Result::Changed;
+    if (result != Result::kDone) return result;
+    return sqlite3_changes(connection_.get()) == 1 ? Result::kDone : Result::kChanged;
   });
 }
 
@@ -213,79 +213,79 @@ Result SqliteEngine::Delete(const TableDef& table, RecordId id) {
     const StatementUse use(statement);
     sqlite3_bind_int64(statement, 1, id);
     const Result result = FromSqlite(sqlite3_step(statement));
-    if (result != Result::Done) return result;
-    return sqlite3_changes(connection_.get()) == 1 ? Result::Done : Result::Changed;
+    if (result != Result::kDone) return result;
+    return sqlite3_changes(connection_.get()) == 1 ? Result::kDone : Result::kChanged;
   });
 }
 
 Result SqliteEngine::Begin() {
-  if (HoldsTransaction()) return Result::InTransaction;
-  if (!canWrite_) return Result::ReadOnly;
+  if (HoldsTransaction()) return Result::kInTransaction;
+  if (!canWrite_) return Result::kReadOnly;
   StartClock();
-  if (mode_ == Mode::Reading) Rollback();
+  if (mode_ == Mode::kReading) Rollback();
   const Result result = Execute(connection_.get(), "BEGIN IMMEDIATE");
-  mode_ = result == Result::Done ? Mode::Host : Mode::Idle;
+  mode_ = result == Result::kDone ? Mode::kHost : Mode::kIdle;
   return result;
 }
 
 Result SqliteEngine::End() {
-  if (mode_ != Mode::Host) return Result::NoTransaction;
+  if (mode_ != Mode::kHost) return Result::kNoTransaction;
   return Commit();
 }
 
 Result SqliteEngine::Abort() {
-  if (mode_ != Mode::Host) return Result::NoTransaction;
+  if (mode_ != Mode::kHost) return Result::kNoTransaction;
   Rollback();
-  return Result::Done;
+  return Result::kDone;
 }
 
 Result SqliteEngine::BeginUnit() {
-  if (mode_ == Mode::Unit || mode_ == Mode::UnitInHost) return Result::InTransaction;
-  if (mode_ == Mode::Host) {
-    if (sqlite3_get_autocommit(connection_.get()) != 0) return Result::NoTransaction;
+  if (mode_ == Mode::kUnit || mode_ == Mode::kUnitInHost) return Result::kInTransaction;
+  if (mode_ == Mode::kHost) {
+    if (sqlite3_get_autocommit(connection_.get()) != 0) return Result::kNoTransaction;
     const Result result = Execute(connection_.get(), "SAVEPOINT unit");
-    if (result == Result::Done) mode_ = Mode::UnitInHost;
+    if (result == Result::kDone) mode_ = Mode::kUnitInHost;
     return result;
   }
   const Result result = Begin();
-  if (result == Result::Done) mode_ = Mode::Unit;
+  if (result == Result::kDone) mode_ = Mode::kUnit;
   return result;
 }
 
 Result SqliteEngine::EndUnit(bool worked) {
-  if (mode_ == Mode::UnitInHost) {
-    mode_ = Mode::Host;
+  if (mode_ == Mode::kUnitInHost) {
+    mode_ = Mode::kHost;
     if (worked) return Execute(connection_.get(), "RELEASE unit");
     for (std::uint64_t& count : writeCounts_) ++count;
     return Execute(connection_.get(), "ROLLBACK TO unit; RELEASE unit");
   }
-  if (mode_ != Mode::Unit) return Result::NoTransaction;
+  if (mode_ != Mode::kUnit) return Result::kNoTransaction;
   if (worked) return Commit();
   Rollback();
-  return Result::Done;
+  return Result::kDone;
 }
 
 Result SqliteEngine::Commit() {
   StartClock();
-  Result result = Result::NoTransaction;
+  Result result = Result::kNoTransaction;
   if (sqlite3_get_autocommit(connection_.get()) == 0) result = WriteStamps();
-  if (result == Result::Done) result = Execute(connection_.get(), "COMMIT");
-  if (result != Result::Done) {
+  if (result == Result::kDone) result = Execute(connection_.get(), "COMMIT");
+  if (result != Result::kDone) {
     Rollback();
     return result;
   }
   std::fill(dirty_.begin(), dirty_.end(), false);
-  mode_ = Mode::Idle;
-  return Result::Done;
+  mode_ = Mode::kIdle;
+  return Result::kDone;
 }
 
 void SqliteEngine::Rollback() {
   if (sqlite3_get_autocommit(connection_.get()) == 0) (void)Execute(connection_.get(), "ROLLBACK");
   std::fill(dirty_.begin(), dirty_.end(), false);
-  if (mode_ != Mode::Reading) {
+  if (mode_ != Mode::kReading) {
     for (std::uint64_t& count : writeCounts_) ++count;  // records read ahead may hold what was taken back
   }
-  mode_ = Mode::Idle;
+  mode_ = Mode::kIdle;
 }
 
 Result SqliteEngine::WriteStamps() {
@@ -298,18 +298,18 @@ Result SqliteEngine::WriteStamps() {
     sqlite3_bind_int64(statement, 1, std::time(nullptr));
     BindText(statement, 2, table.name);
     const Result result = FromSqlite(sqlite3_step(statement));
-    if (result != Result::Done) return result;
+    if (result != Result::kDone) return result;
   }
-  return Result::Done;
+  return Result::kDone;
 }
 
 void SqliteEngine::BeginReads() {
-  if (readDepth_++ > 0 || mode_ != Mode::Idle) return;
-  if (Execute(connection_.get(), "BEGIN") == Result::Done) mode_ = Mode::Reading;
+  if (readDepth_++ > 0 || mode_ != Mode::kIdle) return;
+  if (Execute(connection_.get(), "BEGIN") == Result::kDone) mode_ = Mode::kReading;
 }
 
 void SqliteEngine::EndReads() {
-  if (--readDepth_ == 0 && mode_ == Mode::Reading) Rollback();
+  if (--readDepth_ == 0 && mode_ == Mode::kReading) Rollback();
 }
 
 Result SqliteEngine::ChangeStamp(const TableDef& table, std::int64_t& stamp) {
@@ -320,21 +320,21 @@ Result SqliteEngine::ChangeStamp(const TableDef& table, std::int64_t& stamp) {
   const StatementUse use(statement);
   BindText(statement, 1, table.name);
   const int code = sqlite3_step(statement);
-  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
   stamp = sqlite3_column_int64(statement, 0);
   if (dirty_[static_cast<std::size_t>(table.id)]) ++stamp;
-  return Result::Done;
+  return Result::kDone;
 }
 
 Result SqliteEngine::NextNumber(std::string_view counter, std::int64_t& number) {
-  if (!HoldsTransaction()) return Result::NoTransaction;
+  if (!HoldsTransaction()) return Result::kNoTransaction;
   sqlite3_stmt* statement = Prepared(
       numberNext_, [] { return "UPDATE counter SET value = value + 1 WHERE name = ? RETURNING value"; });
   if (statement == nullptr) return LastError();
   const StatementUse use(statement);
   BindText(statement, 1, counter);
   const int code = sqlite3_step(statement);
-  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::Damaged : FromSqlite(code);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
   number = sqlite3_column_int64(statement, 0);
   return FromSqlite(sqlite3_step(statement));
 }
@@ -347,9 +347,9 @@ Result SqliteEngine::CheckIntegrity(std::string& finding) {
   StartClock();
   Statement check;
   sqlite3_stmt* statement = Prepared(check, [] { return "PRAGMA integrity_check(1)"; });
-  if (statement == nullptr || sqlite3_step(statement) != SQLITE_ROW) return Result::Damaged;
+  if (statement == nullptr || sqlite3_step(statement) != SQLITE_ROW) return Result::kDamaged;
   finding = ColumnText(statement, 0);
-  return finding == "ok" ? Result::Done : Result::Damaged;
+  return finding == "ok" ? Result::kDone : Result::kDamaged;
 }
 
 }  // namespace kova::store

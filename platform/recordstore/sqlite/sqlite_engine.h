@@ -40,7 +40,7 @@ class SqliteEngine final : public Engine {
     Statement insert, update, remove, selectById;
     std::vector<Statement> reads;  // keys * kRanges
   };
-  enum class Mode { Idle, Reading, Host, Unit, UnitInHost };
+  enum class Mode { kIdle, kReading, kHost, kUnit, kUnitInHost };
 
   static int WaitWhileBusy(void* self, int);
   void StartClock();
@@ -71,7 +71,7 @@ class SqliteEngine final : public Engine {
   Statement stampRead_, stampWrite_, numberNext_;
   std::vector<std::uint64_t> writeCounts_;
   std::vector<bool> dirty_;  // tables written in the transaction that is open
-  Mode mode_ = Mode::Idle;
+  Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;
   std::int64_t deadline_ = 0;  // of os::MonotonicMilliseconds
   RecordColumns columns_;      // storage reused from write to write

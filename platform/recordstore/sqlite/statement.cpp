@@ -7,25 +7,25 @@ Result FromSqlite(int code) {
     case SQLITE_OK:
     case SQLITE_DONE:
     case SQLITE_ROW:
-      return Result::Done;
+      return Result::kDone;
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return Result::Busy;
+      return Result::kBusy;
     case SQLITE_CONSTRAINT:
-      return Result::Duplicate;  // the only constraints are the keys
+      return Result::kDuplicate;  // the only constraints are the keys
     case SQLITE_FULL:
-      return Result::Full;
+      return Result::kFull;
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
     case SQLITE_FORMAT:
-      return Result::Damaged;
+      return Result::kDamaged;
     case SQLITE_READONLY:
     case SQLITE_PERM:
-      return Result::ReadOnly;
+      return Result::kReadOnly;
     case SQLITE_CANTOPEN:
-      return Result::NoDatabase;
+      return Result::kNoDatabase;
     default:
-      return Result::Failed;
+      return Result::kFailed;
   }
 }
 

@@ -5,7 +5,7 @@ namespace {
 
 std::string KeyColumn(const KeyDef& key) { return "key" + std::to_string(key.number); }
 
-const char* ColumnType(FieldKind kind) { return kind == FieldKind::Text ? "TEXT" : "INTEGER"; }
+const char* ColumnType(FieldKind kind) { return kind == FieldKind::kText ? "TEXT" : "INTEGER"; }
 
 std::string SelectSql(const TableDef& table) {
   std::string sql = "SELECT id, exact";
@@ -56,21 +56,21 @@ std::string ReadSql(const TableDef& table, const KeyDef& key, Range range) {
   const std::string backward = " ORDER BY " + column + " DESC, id DESC LIMIT ?";
   const std::string where = SelectSql(table) + " WHERE " + column;
   switch (range) {
-    case Range::First:
+    case Range::kFirst:
       return SelectSql(table) + forward;
-    case Range::Last:
+    case Range::kLast:
       return SelectSql(table) + backward;
-    case Range::AtLeast:
+    case Range::kAtLeast:
       return where + " >= ?" + forward;
-    case Range::Above:
+    case Range::kAbove:
       return where + " > ?" + forward;
-    case Range::AtMost:
+    case Range::kAtMost:
       return where + " <= ?" + backward;
-    case Range::Below:
+    case Range::kBelow:
       return where + " < ?" + backward;
-    case Range::SameAfter:
+    case Range::kSameAfter:
       return where + " = ? AND id > ? ORDER BY id LIMIT ?";
-    case Range::SameBefore:
+    case Range::kSameBefore:
       return where + " = ? AND id < ? ORDER BY id DESC LIMIT ?";
   }
   return {};

@@ -22,10 +22,10 @@ std::string SelectByIdSql(const TableDef& table);
 /// The ranges that reads are made of. Stepping from a record goes through the rest of its equal keys by id
 /// and then on to the next key: SQLite searches no index by (key, id) at once, and a run of equal keys can be
 /// long.
-enum class Range { First, Last, AtLeast, Above, AtMost, Below, SameAfter, SameBefore };
+enum class Range { kFirst, kLast, kAtLeast, kAbove, kAtMost, kBelow, kSameAfter, kSameBefore };
 inline constexpr std::size_t kRanges = 8;
 
-/// The same columns. Parameters: the key unless First or Last, the id for the last two, then the limit.
+/// The same columns. Parameters: the key unless kFirst or kLast, the id for the last two, then the limit.
 std::string ReadSql(const TableDef& table, const KeyDef& key, Range range);
 
 }  // namespace kova::store

@@ -30,7 +30,7 @@
   F(Code3, feeItemCode, "credit item of the fee")                                                       \
   F(Text<40>, feeText, "free text of the fee")                                                          \
   F(Int32, feeAmount, "fee in yen before tax")                                                          \
-  F(Text<100>, memo, "memo")
+  F(Text<164>, memo, "memo")
 
 #define KOVA_RESERVATIONSTANDBY_FIELDS(F)                             \
   F(RecordNumber, standbyNumber, "number on the waiting list")        \
