@@ -192,8 +192,8 @@ int CKovaSubTools::GetReceptPercent(COleDateTime date) {
 int CKovaSubTools::cmpRecept(const void* a, const void* b) { return charges::cmpRecept(a, b); }
 
 int CKovaSubTools::ReservationToSale(CKovaDBSys* db, void* feeRequest) {
-  const int failed = static_cast<int>(store::Result::Failed);
-  if (feeRequest == nullptr) return static_cast<int>(store::Result::BadArgument);
+  const int failed = static_cast<int>(store::Result::kFailed);
+  if (feeRequest == nullptr) return static_cast<int>(store::Result::kBadArgument);
   return Guarded(failed, [&] {
     return reservations::ReservationToSale(Session().settings.Open(), db,
                                            *static_cast<tagFEEREQUEST*>(feeRequest));
