@@ -244,6 +244,31 @@ TEST(RecordStoreFaults, ATransactionLostToTheDiskIsLostWhole) {
   }
 }
 
+// The folder goes away under an open database: every operation answers, and what comes back can be opened
+// again.
+TEST(RecordStoreFaults, AFolderThatVanishesNeverCrashes) {
+  const os::testing::TemporaryFolder folder("faults");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  CKovaDBSys db;
+  CString number;
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  ASSERT_EQ(MakeSale(db, number), 0);
+  std::error_code refused;  // on Windows an open file stays
+  std::filesystem::remove_all(folder.Native(), refused);
+  CSaleDB sale(nullptr, 0);
+  ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+  (void)sale.GetFIRST();
+  (void)MakeSale(db, number);
+  std::string finding;
+  (void)db.CheckIntegrity(finding);
+  db.CloseDB();
+  std::filesystem::remove_all(folder.Native(), refused);
+  EXPECT_EQ(db.OpenDB(folder.Path().c_str()), Code(Result::kNoDatabase));
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  EXPECT_EQ(MakeSale(db, number), 0);
+}
+
 TEST(RecordStoreFaults, ABusyStoreIsWaitedForAtMostFiveSeconds) {
   const os::testing::TemporaryFolder folder("faults");
   ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
