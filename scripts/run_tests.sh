@@ -66,6 +66,7 @@ for group in "${groups[@]}"; do
       done <build/native/test_programs.txt
       ;;
     windows)
+      run_check windows/exports scripts/check_exports.sh
       source scripts/wine_env.sh
       wine_start || exit 1
       while read -r name; do

@@ -146,6 +146,7 @@ bool SqliteEngine::HoldsTransaction() const {
 template <typename Write>
 Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
   if (!canWrite_) return Result::kReadOnly;
+  StartClock();  // a large transaction may need the file for itself before its end
   const bool own = !HoldsTransaction();
   if (own) {
     const Result begun = BeginUnit();
