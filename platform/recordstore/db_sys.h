@@ -36,7 +36,7 @@ class KOVADBCALL_API CKovaDBSys {
 
   /// Non-zero: lists that are filled from master tables may be kept with the connection and used while the
   /// table is unchanged. On unless the host turns it off.
-  int m_useCache = 1;
+  int useCache = 1;
 
   /// What was kept under `name`, or null. Everything kept is destroyed when the connection is closed.
   CKovaKept* GetKept(const char* name) const;
