@@ -194,6 +194,31 @@ TEST(RecordStoreFaults, ADatabaseOpenedOverTheNetworkLeavesWriteAheadModeForGood
   EXPECT_EQ(JournalMode(folder), 1) << "and stays so";
 }
 
+// Prepared, or opened from another machine, before anybody on its own machine does: nobody takes it back.
+TEST(RecordStoreFaults, ASharedDatabaseStaysShared) {
+  Result result = Result::kFailed;
+  {
+    const os::testing::TemporaryFolder folder("faults");
+    Create(folder);
+    const auto remote = store::OpenEngine(folder.Path(), true, result);
+    ASSERT_EQ(result, Result::kDone);
+    const auto local = store::OpenEngine(folder.Path(), false, result);
+    ASSERT_EQ(result, Result::kDone);
+    EXPECT_EQ(JournalMode(folder), 1);
+  }
+  const os::testing::TemporaryFolder folder("faults");
+  Create(folder);
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  db.CloseDB();
+  EXPECT_EQ(JournalMode(folder), 2);
+  EXPECT_EQ(KovaShareDatabase(folder.Path().c_str()), 0);
+  EXPECT_EQ(KovaShareDatabase(folder.Path().c_str()), 0) << "once more does nothing";
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  EXPECT_EQ(JournalMode(folder), 1);
+  EXPECT_EQ(KovaShareDatabase((folder.Path() + "missing").c_str()), Code(Result::kNoDatabase));
+}
+
 // The disk runs full, or the drive fails, at each single step of a sale in turn.
 TEST_P(RecordStoreInBothModes, AFailingDiskNeverLeavesHalfASale) {
   for (const int code : {SQLITE_FULL, SQLITE_IOERR_WRITE}) {

@@ -14,7 +14,8 @@ using store::FieldKind;
 
 std::string ShowField(const FieldDef& field, const char* record) {
   const char* bytes = record + field.offset;
-  if (field.kind == FieldKind::kText) return ShowControls(text932::ToUtf8(store::GetText(bytes, field.width)));
+  if (field.kind == FieldKind::kText)
+    return ShowControls(text932::ToUtf8(store::GetText(bytes, field.width)));
   if (field.kind == FieldKind::kUInt8) return std::to_string(static_cast<unsigned char>(*bytes));
   std::int32_t number = 0;
   std::memcpy(&number, bytes, sizeof number);

@@ -218,6 +218,11 @@ void CreateDb(const Arguments& arguments, Practice&) {
   PrintResult(KovaCreateDatabase(TextArgument(arguments.front(), "the folder").c_str()));
 }
 
+void ShareDb(const Arguments& arguments, Practice&) {
+  if (arguments.size() != 1 || arguments.front().empty()) throw UsageError("takes one folder");
+  PrintResult(KovaShareDatabase(TextArgument(arguments.front(), "the folder").c_str()));
+}
+
 void CheckDb(const Arguments& arguments, Practice& practice) {
   if (!arguments.empty()) throw UsageError("takes no arguments");
   std::string finding;
@@ -243,6 +248,7 @@ const std::vector<TableCommand>& TableCommands() {
       {"set", "TABLE KEY... field=value...", "changes fields of the record with that primary key", &Set},
       {"delete", "TABLE KEY...", "deletes the one record with that primary key", &Delete},
       {"create-db", "FOLDER", "lays out an empty database", &CreateDb},
+      {"share-db", "FOLDER", "prepares a database for use from other machines, once and for good", &ShareDb},
       {"check-db", "", "checks every page and index of the database", &CheckDb},
       {"tables", "", "describes all tables, as a Markdown page", &Tables},
   };

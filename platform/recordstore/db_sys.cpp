@@ -56,3 +56,12 @@ int KovaCreateDatabase(const char* folder) try {
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);
 }
+
+int KovaShareDatabase(const char* folder) try {
+  // What the first machine does that opens it over a network.
+  Result result = Result::kFailed;
+  (void)kova::store::OpenEngine(folder == nullptr ? "" : folder, true, result);
+  return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}

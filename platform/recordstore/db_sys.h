@@ -74,3 +74,8 @@ class KOVADBCALL_API CKovaReads {
 /// Lays out an empty database in a folder, which is made when missing; a folder that holds one is left as it
 /// is. 0 for success, else a number of result.h.
 KOVADBCALL_API int KovaCreateDatabase(const char* folder);
+
+/// Prepares the database in a folder for use from other machines, before any of them opens it: it leaves the
+/// mode that works on one machine only, for good. Result 16 while a program has it open in that mode. 0 for
+/// success.
+KOVADBCALL_API int KovaShareDatabase(const char* folder);

@@ -4,7 +4,8 @@
 
 namespace kova::store {
 
-// clang-format off: it takes the attribute for a part of the name
+// clang-format takes the attribute for a part of the name.
+// clang-format off
 /// What an operation of the record store gives; as int 0 for success. Hosts only tell 0 from the rest; the
 /// numbers are for the support engineer and stay as they are.
 enum class [[nodiscard]] Result : int {

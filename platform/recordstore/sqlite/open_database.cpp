@@ -2,7 +2,9 @@
 
 #include <fstream>
 
+#include "platform/os/files.h"
 #include "platform/os/filesystem_path.h"
+#include "platform/os/paths.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/sqlite/table_sql.h"
 #include "platform/text932/cp932.h"
@@ -13,7 +15,8 @@ namespace {
 constexpr int kSchemaVersion = 1;           // stored; a change needs an upgrade step
 constexpr int kApplicationId = 0x4B4F5641;  // stored; do not change
 constexpr std::string_view kDatabaseFile = "kova.db";
-constexpr int kWaitForSettingUp = 5000;  // ms
+constexpr std::string_view kLockFile = "kova.db.lock";  // between programs; do not change
+constexpr int kWaitForSettingUp = 5000;                 // ms
 
 std::filesystem::path InFolder(std::string_view folder, std::string_view file) {
   return os::ToFilesystemPath(folder) / std::string(file);
@@ -42,29 +45,11 @@ Result QueryText(sqlite3* connection, const char* sql, std::string& value) {
   return Result::kDone;
 }
 
-// Bytes 18 and 19 of the file are 2 while it is in write-ahead mode. They are read past SQLite, because on a
-// network drive SQLite must not open the file in that mode at all.
+// Bytes 18 and 19 of the file are 2 while it is in write-ahead mode.
 bool IsInWriteAheadMode(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   char header[20] = {};
   return in.read(header, sizeof header) && header[18] == 2;
-}
-
-// Write-ahead logging shares memory between its users and so works on one machine only. A database that is
-// once opened over the network leaves that mode for good, when nobody on its own machine has it open just
-// then.
-Result LeaveWriteAheadMode(sqlite3* connection) {
-  // In exclusive mode SQLite uses no shared memory, and the lock fails while anybody else has the file open.
-  std::string mode;
-  Result result = Execute(connection, "PRAGMA locking_mode = EXCLUSIVE");
-  if (result == Result::kDone) result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
-  if (result == Result::kBusy || (result == Result::kDone && mode != "delete")) return Result::kLocalOnly;
-  if (result == Result::kDone) {
-    result = Execute(connection, "UPDATE store_info SET value = 'network' WHERE name = 'sharing'");
-  }
-  if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
-  if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
-  return result;
 }
 
 Result CheckVersion(sqlite3* connection) {
@@ -75,6 +60,28 @@ Result CheckVersion(sqlite3* connection) {
   result = QueryText(connection, "PRAGMA user_version", value);
   if (result != Result::kDone) return result;
   return value == std::to_string(kSchemaVersion) ? Result::kDone : Result::kWrongVersion;
+}
+
+// Write-ahead logging shares memory between its users and so works on one machine only: over a network SQLite
+// must not even read a file in that mode, but exclusively, when it uses no shared memory.
+Result ReadExclusively(sqlite3* connection) { return Execute(connection, "PRAGMA locking_mode = EXCLUSIVE"); }
+
+// A database that is once opened over the network leaves write-ahead mode and is marked, so that no program
+// on its own machine takes it back there. Wants a connection that reads exclusively, and gives it back
+// reading like any other.
+Result MarkForNetwork(sqlite3* connection) {
+  std::string sharing, mode;
+  Result result = QueryText(connection, "SELECT value FROM store_info WHERE name = 'sharing'", sharing);
+  if (result == Result::kDone && sharing == "local") {
+    result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
+    if (result == Result::kDone && mode != "delete") result = Result::kLocalOnly;
+    if (result == Result::kDone) {
+      result = Execute(connection, "UPDATE store_info SET value = 'network' WHERE name = 'sharing'");
+    }
+  }
+  if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
+  if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
+  return result;
 }
 
 // How the file is shared decides its journal; in both a committed sale survives a power cut.
@@ -126,12 +133,22 @@ std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Re
       !std::filesystem::exists(file, error)) {
     return nullptr;
   }
-  const bool mustLeave = overNetwork && IsInWriteAheadMode(file);
+  // One opens at a time, so that nobody turns to write-ahead mode while another prepares the file for the
+  // network. A folder in which no lock can be made is one that nobody can prepare either.
+  std::unique_ptr<os::FileLock> lock;
+  const std::string lockFile = os::JoinPath(folder, kLockFile);
+  if (os::RealFiles().Lock(lockFile, kWaitForSettingUp, lock) == os::FileOutcome::kBusy) {
+    result = Result::kBusy;
+    return nullptr;
+  }
+  const bool heldLocally = overNetwork && IsInWriteAheadMode(file);
   int code = SQLITE_OK;
   Connection connection = Connect(file, SQLITE_OPEN_READWRITE, code);
   result = FromSqlite(code);
-  if (result == Result::kDone && mustLeave) result = LeaveWriteAheadMode(connection.get());
+  if (result == Result::kDone && overNetwork) result = ReadExclusively(connection.get());
   if (result == Result::kDone) result = CheckVersion(connection.get());
+  if (result == Result::kDone && overNetwork) result = MarkForNetwork(connection.get());
+  if (result == Result::kBusy && heldLocally) result = Result::kLocalOnly;
   if (result == Result::kDone) result = SetUpJournal(connection.get(), overNetwork);
   if (result != Result::kDone) return nullptr;
   const bool canWrite = sqlite3_db_readonly(connection.get(), "main") == 0;
