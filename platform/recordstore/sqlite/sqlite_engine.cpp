@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <new>
 
 #include "platform/os/clock.h"
 
@@ -155,7 +156,12 @@ Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
     return Result::kNoTransaction;  // SQLite gave it up at an earlier failure; nothing more may be written in
                                     // it
   }
-  const Result result = write();
+  Result result = Result::kFailed;
+  try {
+    result = write();
+  } catch (const std::bad_alloc&) {
+    // A failed write like any other: the transaction of its own must not stay open and keep the write lock.
+  }
   if (result == Result::kDone) {
     dirty_[static_cast<std::size_t>(table.id)] = true;
     ++writeCounts_[static_cast<std::size_t>(table.id)];
