@@ -2,13 +2,14 @@
 add_library(kova_options INTERFACE)
 add_library(kova_quiet INTERFACE)
 target_include_directories(kova_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
-target_compile_options(kova_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Werror
-  -fexec-charset=CP932 -finput-charset=UTF-8)
+# For the compiler only: resources are compiled too.
+target_compile_options(kova_options INTERFACE "$<$<COMPILE_LANGUAGE:C,CXX>:\
+-Wall;-Wextra;-Wpedantic;-Wshadow;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wundef;-Werror;\
+-fexec-charset=CP932;-finput-charset=UTF-8>")
 target_compile_options(kova_quiet INTERFACE -w)
 
 # GCC 12 warns of overlapping copies that cannot be in its own std::string (its bug 105651) when optimising.
-target_compile_options(kova_options INTERFACE -Wno-restrict)
+target_compile_options(kova_options INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-Wno-restrict>)
 
 if(KOVA_SANITIZE)
   target_compile_options(kova_options INTERFACE

@@ -30,15 +30,18 @@ inline std::filesystem::path ThisProgram() {
 #endif
 }
 
-/// Says which folder the children of this process work in: a name in any language, so not by their command
-/// line.
-inline void SetChildFolder(const std::filesystem::path& folder) {
+/// A variable of the environment that the children of this process get.
+inline void SetVariable(const std::string& name, const std::filesystem::path& value) {
 #ifdef _WIN32
-  SetEnvironmentVariableW(L"KOVA_TEST_FOLDER", folder.c_str());
+  SetEnvironmentVariableW(std::wstring(name.begin(), name.end()).c_str(), value.c_str());
 #else
-  setenv("KOVA_TEST_FOLDER", folder.c_str(), 1);
+  setenv(name.c_str(), value.c_str(), 1);
 #endif
 }
+
+/// Says which folder the children of this process work in: a name in any language, so not by their command
+/// line.
+inline void SetChildFolder(const std::filesystem::path& folder) { SetVariable("KOVA_TEST_FOLDER", folder); }
 
 /// In a child: that folder in code page 932, with its trailing delimiter; empty when none was said.
 inline std::string ChildFolder() {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kova::os {
 
@@ -55,6 +56,15 @@ class Files {
 
   /// Makes one folder in an existing one. kOk when it is there already.
   [[nodiscard]] virtual FileOutcome MakeFolder(std::string_view path) = 0;
+
+  /// The names of the files in a folder, without its folders, in the system's order (by name where a folder
+  /// has none). A name that code page 932 cannot hold is left out. kNotThere without the folder; on any
+  /// failure `names` is empty.
+  [[nodiscard]] virtual FileOutcome List(std::string_view folder, std::vector<std::string>& names) = 0;
+
+  /// Removes a file; waits shortly for one that others hold (kBusy). kReadOnly for one that is marked so,
+  /// whoever asks. A folder is kFailed.
+  [[nodiscard]] virtual FileOutcome Delete(std::string_view path) = 0;
 
   /// Gives the file at `path` the bytes `content`, whole and durably: they are written to a file beside it
   /// (the name with ".new" behind it), flushed, and renamed over it. Whatever happens, power loss included,

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include "platform/os/application_profile.h"
 #include "platform/os/filesystem_path.h"
@@ -93,9 +96,35 @@ TEST_F(RealFilesTest, AReadOnlyFileIsLeftAlone) {
                   fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
   EXPECT_EQ(files.Replace(file, "two"), FileOutcome::kReadOnly);
   EXPECT_EQ(UpdateProfileFile(files, file, "A", "k", "v"), FileOutcome::kReadOnly);
+  EXPECT_EQ(files.Delete(file), FileOutcome::kReadOnly);
   EXPECT_EQ(Content(file), "one");
   fs::permissions(ToFilesystemPath(file), fs::perms::owner_all);
   EXPECT_EQ(files.Replace(file, "two"), FileOutcome::kOk);
+}
+
+TEST_F(RealFilesTest, ListsAndDeletesFilesOnly) {
+  std::vector<std::string> names = {"old"};
+  EXPECT_EQ(files.List(folder.Path(), names), FileOutcome::kOk);
+  EXPECT_EQ(names, std::vector<std::string>());
+  for (const char* name : {"b.$mt", "a.$mt", "ソ.$mt"})
+    ASSERT_EQ(files.Replace(folder.Path() + name, "x"), FileOutcome::kOk);
+  ASSERT_EQ(files.MakeFolder(folder.Path() + "c.$mt"), FileOutcome::kOk);
+  // A name that the code page lacks.
+  const fs::path foreign = folder.Native() / fs::path(u8"𠮷");
+  ASSERT_TRUE(std::ofstream(foreign).good());
+  EXPECT_EQ(files.List(DropTrailingDelimiter(folder.Path()), names), FileOutcome::kOk);
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"a.$mt", "b.$mt", "ソ.$mt"}));
+  for (const std::string& nothing : {folder.Path() + "no\\", folder.Path() + "a.$mt", std::string()}) {
+    EXPECT_EQ(files.List(nothing, names), FileOutcome::kNotThere) << nothing;
+    EXPECT_EQ(names.size(), 0u);
+  }
+
+  EXPECT_EQ(files.Delete(folder.Path() + "ソ.$mt"), FileOutcome::kOk);
+  EXPECT_EQ(files.Kind(folder.Path() + "ソ.$mt"), PathKind::kNothing);
+  EXPECT_EQ(files.Delete(folder.Path() + "ソ.$mt"), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Delete(""), FileOutcome::kNotThere);
+  EXPECT_EQ(files.Delete(folder.Path() + "c.$mt"), FileOutcome::kFailed);
 }
 
 TEST_F(RealFilesTest, MakesEveryMissingFolder) {

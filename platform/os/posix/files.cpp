@@ -1,10 +1,12 @@
 #include "platform/os/files.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
@@ -138,6 +140,38 @@ class PosixFiles final : public Files {
     if (::mkdir(NativePath(path).c_str(), 0777) == 0) return FileOutcome::kOk;
     const int error = errno;
     return error == EEXIST && Kind(path) == PathKind::kFolder ? FileOutcome::kOk : OutcomeOf(error);
+  }
+
+  FileOutcome List(std::string_view folder, std::vector<std::string>& names) override {
+    names.clear();
+    const std::string path = NativePath(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(path.c_str()), &::closedir);
+    if (!stream) return OutcomeOf(errno);
+    const auto isFolder = [&](const dirent& entry) {
+      if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
+      struct stat status {};
+      return ::fstatat(::dirfd(stream.get()), entry.d_name, &status, 0) != 0 || S_ISDIR(status.st_mode);
+    };
+    errno = 0;
+    while (const dirent* entry = ::readdir(stream.get())) {
+      std::string name;
+      if (!isFolder(*entry) && text932::FromUtf8(entry->d_name, name)) names.push_back(std::move(name));
+      errno = 0;
+    }
+    const int error = errno;
+    if (error != 0) names.clear();
+    std::sort(names.begin(), names.end());
+    return OutcomeOf(error);
+  }
+
+  FileOutcome Delete(std::string_view path) override {
+    const std::string name = NativePath(path);
+    struct stat status {};
+    if (::lstat(name.c_str(), &status) != 0) return OutcomeOf(errno);
+    if (S_ISREG(status.st_mode) && (status.st_mode & 0222) == 0) return FileOutcome::kReadOnly;
+    if (::unlink(name.c_str()) != 0) return OutcomeOf(errno);
+    FlushFolder(name);
+    return FileOutcome::kOk;
   }
 
   FileOutcome Replace(std::string_view path, std::string_view content,

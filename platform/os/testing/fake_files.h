@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/os/application_profile.h"
 #include "platform/os/files.h"
@@ -14,7 +15,7 @@
 
 namespace kova::os::testing {
 
-enum class FakeStep { kNone, kRead, kMakeFolder, kWrite, kRename, kLock };
+enum class FakeStep { kNone, kRead, kMakeFolder, kWrite, kRename, kLock, kList, kDelete };
 
 class FakeFiles final : public Files {
  public:
@@ -45,6 +46,26 @@ class FakeFiles final : public Files {
   FileOutcome MakeFolder(std::string_view path) override {
     if (failing == FakeStep::kMakeFolder) return failure;
     folders.emplace(DropTrailingDelimiter(path));
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome List(std::string_view folder, std::vector<std::string>& names) override {
+    names.clear();
+    if (failing == FakeStep::kList) return failure;
+    if (Kind(folder) != PathKind::kFolder) return FileOutcome::kNotThere;
+    const std::string in = JoinPath(folder, "");
+    for (const auto& [path, content] : contents) {
+      if (FolderOf(path) == in) names.emplace_back(FileNameOf(path));
+    }
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Delete(std::string_view path) override {
+    if (readOnly.contains(path)) return FileOutcome::kReadOnly;
+    if (failing == FakeStep::kDelete) return failure;
+    const auto found = contents.find(path);
+    if (found == contents.end()) return FileOutcome::kNotThere;
+    contents.erase(found);
     return FileOutcome::kOk;
   }
 

@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/os/paths.h"
+#include "platform/os/win32/handle.h"
 #include "platform/os/win32/native_path.h"
+#include "platform/text932/cp932.h"
 
 namespace kova::os {
 namespace {
@@ -25,6 +28,7 @@ FileOutcome OutcomeOf(DWORD error) {
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
     case ERROR_NOT_READY:
+    case ERROR_DIRECTORY:
       return FileOutcome::kNotThere;
     case ERROR_WRITE_PROTECT:
       return FileOutcome::kReadOnly;
@@ -40,21 +44,6 @@ FileOutcome OutcomeOf(DWORD error) {
 }
 
 FileOutcome LastOutcome() { return OutcomeOf(GetLastError()); }
-
-class Handle {
- public:
-  explicit Handle(HANDLE handle) : handle_(handle) {}
-  Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
-  Handle& operator=(Handle&&) = delete;
-  ~Handle() {
-    if (Valid()) CloseHandle(handle_);
-  }
-  HANDLE Get() const { return handle_; }
-  bool Valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-
- private:
-  HANDLE handle_;
-};
 
 class Win32Lock final : public FileLock {
  public:
@@ -97,6 +86,23 @@ Handle OpenShared(const std::wstring& name) {
   if (handle == INVALID_HANDLE_VALUE) SetLastError(ERROR_ACCESS_DENIED);
   return Handle(handle);
 }
+
+class Search {
+ public:
+  explicit Search(const std::wstring& pattern) : handle_(FindFirstFileW(pattern.c_str(), &found_)) {}
+  Search(const Search&) = delete;
+  Search& operator=(const Search&) = delete;
+  ~Search() {
+    if (Valid()) FindClose(handle_);
+  }
+  bool Valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+  const WIN32_FIND_DATAW& Found() const { return found_; }
+  bool Next() { return FindNextFileW(handle_, &found_) != 0; }
+
+ private:
+  WIN32_FIND_DATAW found_{};
+  HANDLE handle_;
+};
 
 FileOutcome ReadUpTo(HANDLE file, std::size_t limit, std::string& content) {
   LARGE_INTEGER size{};
@@ -152,6 +158,37 @@ class Win32Files final : public Files {
     if (CreateDirectoryW(NativePath(path).c_str(), nullptr)) return FileOutcome::kOk;
     const DWORD error = GetLastError();
     return Kind(path) == PathKind::kFolder ? FileOutcome::kOk : OutcomeOf(error);
+  }
+
+  FileOutcome List(std::string_view folder, std::vector<std::string>& names) override {
+    names.clear();
+    if (Kind(folder) != PathKind::kFolder) return FileOutcome::kNotThere;
+    Search search(NativePath(JoinPath(folder, "*")));
+    if (!search.Valid()) {
+      // The root of an empty drive has not even "." in it.
+      return GetLastError() == ERROR_FILE_NOT_FOUND ? FileOutcome::kOk : LastOutcome();
+    }
+    do {
+      const std::wstring_view wide = search.Found().cFileName;
+      std::string name;
+      if (!IsFolder(search.Found().dwFileAttributes) &&
+          text932::FromUtf16(std::u16string(wide.begin(), wide.end()), name))
+        names.push_back(std::move(name));
+    } while (search.Next());
+    const DWORD error = GetLastError();
+    if (error == ERROR_NO_MORE_FILES) return FileOutcome::kOk;
+    names.clear();
+    return OutcomeOf(error);
+  }
+
+  FileOutcome Delete(std::string_view path) override {
+    const std::wstring name = NativePath(path);
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return LastOutcome();
+    if (IsFolder(attributes)) return FileOutcome::kFailed;
+    if (attributes & FILE_ATTRIBUTE_READONLY) return FileOutcome::kReadOnly;
+    const auto remove = [&] { return DeleteFileW(name.c_str()) != 0; };
+    return Retry(kMovePatience, true, remove) ? FileOutcome::kOk : LastOutcome();
   }
 
   FileOutcome Replace(std::string_view path, std::string_view content,
