@@ -11,13 +11,16 @@ command -v clang++ >/dev/null || { echo "clang++ is missing: apt-get install cla
 target=$1
 folder=build/fuzz/$target
 mkdir -p "$folder/found"
-# The rooms that a target includes from, without tests and without the other system's folders. No Japanese literals
-# are among them: clang knows no execution character set but UTF-8.
+# The rooms that a target includes from, without tests and without the other system's folders. clang knows no execution
+# character set but UTF-8, so nothing that a target checks may depend on a Japanese literal.
 sources=()
 for room in $(sed -n "s/^kova_fuzz($target \(.*\))/\1/p" fuzz/CMakeLists.txt); do
   case $room in
     kova_os) sources+=(platform/os/profile_*.cpp platform/text932/cp932.cpp) ;;
     kova_recordstore) sources+=(platform/recordstore/record_text.cpp platform/recordstore/schema.cpp platform/text932/cp932.cpp) ;;
+    kova_mail)
+      sources+=(src/mail/{archive_text,template_store,template_tree,placeholders}.cpp src/foundation/number_text.cpp
+        platform/text932/cp932.cpp) ;;
     kova_*) sources+=($(find "platform/${room#kova_}" "src/${room#kova_}" -maxdepth 1 -name '*.cpp' 2>/dev/null)) ;;
   esac
 done

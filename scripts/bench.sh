@@ -16,5 +16,6 @@ fi
 work=$(mktemp -d build/bench/work.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 "$bin/operations_bench" "$work"
+"$bin/mail_bench" "$work"
 "$bin/recordstore_bench" build/bench/practice
 "$bin/scan_memory" build/bench/practice

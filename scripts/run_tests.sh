@@ -53,6 +53,25 @@ run_check() {
   rm -f "$log"
 }
 
+# Programs that open windows need a display.
+in_windows='^window_[a-z]+_test$'
+
+# run_windows DPI: the window tests at a screen scale, with pictures as out/windows-DPI/*.png.
+run_windows() {
+  local pictures="out/windows-$1" picture
+  rm -rf "$pictures"
+  mkdir -p "$pictures"
+  display_scale "$1"
+  export KOVA_PICTURES="Z:${PWD//\//\\}\\${pictures//\//\\}"
+  while read -r name; do
+    run_program "windows-$1" "$name" wine "build/windows/bin/$name.exe"
+  done < <(grep -E "$in_windows" build/windows/test_programs.txt)
+  unset KOVA_PICTURES
+  for picture in "$pictures"/*.bmp; do
+    [ ! -e "$picture" ] || { convert "$picture" "${picture%.bmp}.png" && rm -f "$picture"; }
+  done
+}
+
 for group in "${groups[@]}"; do
   case $group in
     rules)
@@ -71,13 +90,20 @@ for group in "${groups[@]}"; do
       wine_start || exit 1
       while read -r name; do
         run_program windows "$name" wine "build/windows/bin/$name.exe"
-      done <build/windows/test_programs.txt
+      done < <(grep -vE "$in_windows" build/windows/test_programs.txt)
+      # Dialogs, at 100, 150 and 200 % of the screen's scale; their pictures are kept.
+      display_start || exit 1
+      for scale in 96 144 192; do
+        run_windows "$scale"
+      done
+      display_scale 96
       # The answers must not depend on the system's code page: once more where it is 1252.
       wine_locale=C.UTF-8
       while read -r name; do
         run_program windows-1252 "$name" wine "build/windows/bin/$name.exe"
       done < <(grep -vE 'recordstore|sample_practice|fuzz' build/windows/test_programs.txt)
       wine_stop
+      display_stop
       ;;
     *)
       echo "run_tests.sh: unknown group $group" >&2

@@ -10,10 +10,10 @@ needed=(
   nodejs:/usr/bin/node npm:/usr/bin/npm ca-certificates:/usr/sbin/update-ca-certificates
   googletest:/usr/src/googletest/googletest/src/gtest-all.cc
   g++-mingw-w64-x86-64-posix:/usr/bin/x86_64-w64-mingw32-g++-posix
-  wine64:/usr/lib/wine/wine64 xvfb:/usr/bin/Xvfb xauth:/usr/bin/xauth
-  imagemagick:/usr/bin/import xdotool:/usr/bin/xdotool
+  wine64:/usr/lib/wine/wine64 xvfb:/usr/bin/Xvfb
+  imagemagick:/usr/bin/convert
   locales:/usr/share/i18n/locales/ja_JP
-  fonts-ipafont-gothic:/usr/share/fonts/opentype/ipafont-gothic/ipag.ttf
+  fonts-wine:/usr/share/wine/fonts/marlett.ttf fonts-vlgothic:/usr/share/fonts/truetype/vlgothic/VL-PGothic-Regular.ttf
 )
 missing=()
 for entry in "${needed[@]}"; do

@@ -26,3 +26,30 @@ wine_start() {
 }
 
 wine_stop() { "$wine_server" -k 2>/dev/null || true; }
+
+wine_setting() { wine reg add "$1" /v "$2" /t "$3" /d "$4" /f >/dev/null 2>&1 </dev/null; }
+
+# A virtual display for windows: DISPLAY names it. Wine draws the frames itself, as no window manager is there.
+display_start() {
+  local number="$WINEPREFIX/display" waited=0
+  mkdir -p "$WINEPREFIX"
+  rm -f "$number"
+  Xvfb -displayfd 3 -screen 0 2560x1600x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 </dev/null &
+  display_pid=$!
+  until [ -s "$number" ]; do
+    [ $((waited += 1)) -le 100 ] && kill -0 "$display_pid" 2>/dev/null || { echo "Xvfb does not start" >&2; return 1; }
+    sleep 0.1
+  done
+  export DISPLAY=":$(cat "$number")"
+  if [ ! -e "$WINEPREFIX/.windows" ]; then
+    wine_setting 'HKCU\Software\Wine\X11 Driver' Managed REG_SZ N
+    wine_setting 'HKCU\Control Panel\Desktop' FontSmoothing REG_SZ 2
+    wine_setting 'HKCU\Control Panel\Desktop' FontSmoothingType REG_DWORD 2
+    touch "$WINEPREFIX/.windows"
+  fi
+}
+
+display_stop() { [ -z "${display_pid:-}" ] || kill "$display_pid" 2>/dev/null || true; }
+
+# display_scale DPI: the screen scale that programs started from now on see; 96 is 100 %.
+display_scale() { wine_setting 'HKCU\Control Panel\Desktop' LogPixels REG_DWORD "$1"; }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
@@ -53,6 +54,13 @@ class Kovacall : public testing::Test {
     std::map<std::string, std::string> record;
     for (std::size_t i = 0; i < std::min(names.size(), values.size()); ++i) record[names[i]] = values[i];
     return record;
+  }
+  /// The mails in the outbox.
+  std::vector<std::string> Mails() const {
+    std::vector<std::string> mails;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Native() / "outbox"))
+      if (entry.path().extension() == ".eml") mails.push_back(U(entry.path().u8string().c_str()));
+    return mails;
   }
   static std::vector<std::string> Split(const std::string& text, char separator) {
     std::vector<std::string> parts;
@@ -194,6 +202,50 @@ TEST_F(Kovacall, TurnsAFeeIntoASale) {
   auto item = LastRecord("saleitem");
   EXPECT_EQ(item["itemText"], U(u8"表"));
   EXPECT_EQ(item["amount"], "1080");
+}
+
+// Through the library, the mail program and back to what a mail program would show.
+TEST_F(Kovacall, SendsTheMailThatATemplateMakes) {
+  namespace fs = std::filesystem;
+  const fs::path templates = folder_.Native() / "templates";
+  fs::create_directory(templates);
+  std::ofstream(templates / "$mt.index", std::ios::binary) << "8";
+  const std::string body = U(u8"表 $_PNAME様␍␊$_REDATE $_RETIME␍␊%s /STAFFID:x");
+  ExpectOut({"SetReservationTemplate", "6", U(u8"来院"), "$_PNAME", body}, "0\n");
+  ExpectOut({"GetReservationTemplate", "6"}, "0\n" + U(u8"name=来院\nsubject=$_PNAME\nbody=") + body + "\n");
+  ExpectOut({"GetReservationTemplate", "7"}, "-1\n");
+  ExpectOut({"GetNextTemplateNumber"}, "9\n");
+  ExpectOut({"SaveTemplateTree", "0006"}, "0\n");
+  ExpectOut({"LoadTemplateTree"}, "1\nlines[0]=0006\n");
+
+  for (const Arguments& record : {Arguments{"put", "patient", "patientCode=7", U(u8"name=能 太郎")},
+                                  {"put", "patient2", "patientCode=7", "mailAddress1=a@b.jp",
+                                   "mailAddress3=c@d.jp", "mailPermission=1"},
+                                  {"put", "reservation", "reservationNumber=000000000001", "patientCode=7",
+                                   "reservationDate=20241124", "startTime=0930", "staffId=S1"}})
+    ASSERT_EQ(Call(record).code, 0);
+  ExpectOut(
+      {"FillTemplate", "6", "000000000001"},
+      "1\nto=a@b.jp,c@d.jp\n" + U(u8"subject=能 太郎\nbody=表 能 太郎様␍␊2024/11/24 09:30␍␊%s /STAFFID:x\n"));
+  EXPECT_EQ(Call({"SendVisitMail", "2"}).code, 2);
+
+  kova::testing::SetVariable("KOVA_OUTBOX", folder_.Native() / "outbox");
+  fs::current_path(BuiltProgram("kovacall").parent_path());
+  ExpectOut({"SendVisitMail", "000000000001"}, "1\n");
+  ASSERT_EQ(Mails().size(), 1u);
+  EXPECT_EQ(RunProgram(BuiltProgram("day"), {"--show-mail", Mails().front()}).out,
+            U(u8"From: <practice@example.invalid>\nTo: a@b.jp, c@d.jp\nSubject: 能 太郎\n\n"
+              u8"表 能 太郎様\n2024/11/24 09:30\n%s /STAFFID:x"));
+
+  // The day's reservation mails, by a program that opens the practice itself.
+  kova::testing::SetVariable("KOVA_APP_PROFILE", folder_.Native() / "app.ini");
+  ExpectOut({"SendReservationMail", "", "20241124"}, "0\n");  // there is no template for it yet
+  ExpectOut({"SetReservationTemplate", "1", "x", "x", "x"}, "0\n");
+  ExpectOut({"SendReservationMail", "nobody@b.jp", "20241124"}, "1\n");
+  ExpectOut({"SendReservationMail", "", "20241125"}, "1\n");
+  EXPECT_EQ(Mails().size(), 1u);
+  ExpectOut({"SendReservationMail", "nobody@b.jp,c@d.jp", "20241124"}, "1\n");
+  EXPECT_EQ(Mails().size(), 2u);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "entry/kova_sub_tools.h"
+#include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "reservations/fee_request.h"
 #include "tests/run_program.h"
@@ -156,9 +157,15 @@ TEST_F(SamplePractice, SellsTheDaysFeesOnce) {
   const auto sell = [&] {
     return RunProgram(BuiltProgram("day"), {"--app", In("p/app.ini"), "--date", kToday, "--count", "10"});
   };
+  kova::testing::SetVariable("KOVA_OUTBOX", folder_.Native() / "outbox");
   const ProgramRun first = sell();
   EXPECT_EQ(first.code, 0) << first.err;
-  EXPECT_EQ(std::count(first.out.begin(), first.out.end(), '\n'), 12) << first.out;
+  EXPECT_EQ(std::count(first.out.begin(), first.out.end(), '\n'), 14) << first.out;
+  std::vector<std::string> mails;
+  EXPECT_EQ(kova::os::RealFiles().List(folder_.Path() + "outbox", mails), kova::os::FileOutcome::kOk);
+  std::erase_if(mails, [](const std::string& name) { return !name.ends_with(".eml"); });
+  EXPECT_GE(mails.size(), 3U);
+  EXPECT_NE(first.out.find(": " + std::to_string(mails.size()) + " of 10\n"), std::string::npos) << first.out;
   const ProgramRun second = sell();
   EXPECT_EQ(second.code, 0) << second.err;
   CKovaDBSys db;

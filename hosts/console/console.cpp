@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 
 #include "platform/text932/cp932.h"
 
@@ -133,6 +134,12 @@ std::string TextArgument(std::string_view utf8, std::string_view what) {
   if (!text932::FromUtf8(plain, text))
     throw UsageError(std::string(what) + ": code page 932 cannot hold \"" + ShowControls(utf8) + "\"");
   return text;
+}
+
+std::string AbsoluteName(std::string_view utf8) {
+  const std::filesystem::path name(std::u8string(utf8.begin(), utf8.end()));
+  const std::u8string absolute = std::filesystem::absolute(name).lexically_normal().u8string();
+  return {absolute.begin(), absolute.end()};
 }
 
 long long NumberArgument(std::string_view utf8, std::string_view what, long long least, long long most) {

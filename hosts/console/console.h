@@ -39,6 +39,9 @@ std::string ShowControls(std::string_view utf8);
 /// UsageError, naming `what`, when the code page cannot hold it.
 std::string TextArgument(std::string_view utf8, std::string_view what);
 
+/// The file or folder that the caller's current directory makes of a name, both in UTF-8.
+std::string AbsoluteName(std::string_view utf8);
+
 /// A whole number in decimal, all of the argument, within the limits; else UsageError, naming `what`.
 long long NumberArgument(std::string_view utf8, std::string_view what, long long least, long long most);
 

@@ -1,15 +1,20 @@
-// day: turns the fees of today's first visited reservations into sales, as the reception does it, and prints
-// what the database then holds.
+// day: turns the fees of today's first visited reservations into sales, as the reception does it, prints what
+// the database then holds, and sends those patients the mail that they have come.
 
 #include <cstring>
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "entry/kova_sub_tools.h"
+#include "hosts/companions/message_reader.h"
 #include "hosts/console/console.h"
 #include "hosts/console/practice.h"
 #include "hosts/day/columns.h"
+#include "platform/os/files.h"
+#include "platform/os/filesystem_path.h"
+#include "platform/os/program.h"
 #include "platform/text932/cp932.h"
 #include "reservations/fee_request.h"
 
@@ -19,7 +24,9 @@ namespace {
 using store::GetText;
 using store::PutText;
 
-constexpr const char* kUsage = "usage: day --app FILE.ini [--date YYYYMMDD] [--count N]";
+constexpr const char* kUsage =
+    "usage: day --app FILE.ini [--date YYYYMMDD] [--count N], or day --show-mail FILE.eml";
+constexpr std::size_t kLargestMail = 64U << 20;
 constexpr int kByDateAndTime = 6;  // key of the reservations
 
 struct Request {
@@ -40,7 +47,7 @@ Request Parse(const std::vector<std::string>& arguments, Practice& practice) {
     if (i + 1 == arguments.size()) throw UsageError(kUsage);
     const std::string& value = arguments[i + 1];
     if (arguments[i] == "--app") {
-      practice.UseProfile(value);
+      practice.UseProfile(AbsoluteName(value));
     } else if (arguments[i] == "--date") {
       NumberArgument(value, "--date", 10000101, 99991231);
       request.date = value;
@@ -162,7 +169,25 @@ std::vector<std::string> ReadRow(CKovaDBSys& db, const std::string& reservationN
           Utf8(GetText(sales.record.saleNumber))};
 }
 
+/// Sends the reservation's patient the mail that they have come; 1 sent, 0 not.
+int SendVisitMail(CKovaDBSys& db, CReservationDB& table, const std::string& number) {
+  Check(table.GetReservationData(number.c_str()), "the reservation");
+  return CKovaSubTools::SendVisitMail(&db, table.record);
+}
+
+int ShowMail(const std::string& file) {
+  std::string content;
+  if (os::RealFiles().Read(TextArgument(file, "--show-mail"), kLargestMail, content) != os::FileOutcome::kOk)
+    throw UsageError("cannot read the mail " + file);
+  const companions::ReadableMail mail = companions::ReadMessage(content);
+  for (const char* name : {"From", "To", "Subject"})
+    Print(std::string(name) + ": " + ShowControls(mail.Field(name)) + "\n");
+  Print("\n" + mail.body);
+  return 0;
+}
+
 int Main(const std::vector<std::string>& arguments) {
+  if (arguments.size() == 2 && arguments[0] == "--show-mail") return ShowMail(arguments[1]);
   Practice practice;
   const Request request = Parse(arguments, practice);
   CKovaDBSys& db = practice.Database();
@@ -180,6 +205,11 @@ int Main(const std::vector<std::string>& arguments) {
                      {"total", true},
                      {"sale number"}},
                     rows));
+  // The mail programs are found from the current directory; the profile was named from the caller's.
+  std::filesystem::current_path(os::ToFilesystemPath(os::ProgramFolder()));
+  int sent = 0;
+  for (const std::string& number : due) sent += SendVisitMail(db, table, number);
+  Print("\nmails that they have come: " + std::to_string(sent) + " of " + std::to_string(due.size()) + "\n");
   return 0;
 }
 

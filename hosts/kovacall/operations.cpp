@@ -89,6 +89,52 @@ int CmpAdd(CStringArray* list, const char* text, Reply* reply) {
   return index;
 }
 
+CString Text(const char* text) { return CString(text); }
+
+int SetReservationTemplate(int number, const char* name, const char* subject, const char* body) {
+  return T::SetReservationTemplate(number, Text(name), Text(subject), Text(body));
+}
+
+int GetReservationTemplate(int number, Reply* reply) {
+  CString name, subject, body;
+  const int result = T::GetReservationTemplate(number, name, subject, body);
+  if (result == 0)
+    reply->outs = {{"name", ShowResult(name)}, {"subject", ShowResult(subject)}, {"body", ShowResult(body)}};
+  return result;
+}
+
+int LoadTemplateTree(Reply* reply) {
+  CStringArray lines;
+  const int count = T::LoadTemplateTree(&lines);
+  for (int i = 0; i < lines.GetSize(); ++i)
+    reply->outs.emplace_back("lines[" + std::to_string(i) + "]", ShowResult(lines.GetAt(i)));
+  return count;
+}
+
+int SaveTemplateTree(CStringArray* lines) { return T::SaveTemplateTree(lines); }
+
+tagRESERVATION ReadReservation(CKovaDBSys* db, const char* number) {
+  CReservationDB table(nullptr, 0);
+  int result = table.SetAssociatedDB(db);
+  if (result == 0) result = table.GetReservationData(number);
+  if (result != 0) throw UsageError("the reservation: result " + DescribeResult(result));
+  return table.record;
+}
+
+template <int (*Send)(CKovaDBSys*, tagRESERVATION)>
+int SendAbout(CKovaDBSys* db, const char* number) {
+  return Send(db, ReadReservation(db, number));
+}
+
+int FillTemplate(CKovaDBSys* db, int number, const char* reservation, Reply* reply) {
+  CString to, subject, body;
+  const int result =
+      T::FillReservationTemplate(db, number, ReadReservation(db, reservation), to, subject, body);
+  if (result != 0)
+    reply->outs = {{"to", ShowResult(to)}, {"subject", ShowResult(subject)}, {"body", ShowResult(body)}};
+  return result;
+}
+
 }  // namespace
 
 const std::vector<Operation>& Operations() {
@@ -123,6 +169,20 @@ const std::vector<Operation>& Operations() {
       Declare("GetReceptPercent", {"date"}, &T::GetReceptPercent),
       Declare("cmpRecept", {"a", "b"}, &CmpRecept),
       Declare("ReservationToSale", {"feeRequest"}, &ReservationToSale),
+      Declare("SetReservationTemplate", {"number", "name", "subject", "body"}, &SetReservationTemplate),
+      Declare("GetReservationTemplate", {"number"}, &GetReservationTemplate),
+      Declare("GetNextTemplateNumber", {}, &T::GetNextTemplateNumber),
+      Declare("DeleteReservationTemplate", {"number"}, &T::DeleteReservationTemplate),
+      Declare("LoadTemplateTree", {}, &LoadTemplateTree),
+      Declare("SaveTemplateTree", {"lines"}, &SaveTemplateTree),
+      Declare("SendMail", {"to", "subject", "body", "patientId", "staffId"}, &T::SendMail),
+      Declare("DraftMail", {"to", "subject", "body", "patientId", "staffId", "itemId"}, &T::DraftMail),
+      Declare("SendEmlFiles", {"path", "doNotKeep"}, &T::SendEmlFiles),
+      Declare("SendReservationMail", {"to", "date"}, &T::SendReservationMail),
+      Declare("SendVisitMail", {"reservation"}, &SendAbout<&T::SendVisitMail>),
+      Declare("SendFinishedMail", {"reservation"}, &SendAbout<&T::SendFinishedMail>),
+      Declare("SendChangeConfirmMail", {"reservation"}, &SendAbout<&T::SendChangeConfirmMail>),
+      Declare("FillTemplate", {"number", "reservation"}, &FillTemplate),
       Declare("IsNumeric", {"text"}, &T::IsNumeric),
       Declare("Str2Long", {"text"}, &T::Str2Long),
       Declare("ChangeFurigana", {"text", "kanaMode", "spaceFlag"}, &T::ChangeFurigana),

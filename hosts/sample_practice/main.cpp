@@ -1,10 +1,10 @@
 // sample_practice: lays out a made-up practice with two years of work, the same one for the same seed and
 // day.
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "entry/kova_sub_tools.h"
 #include "hosts/console/console.h"
 #include "hosts/console/practice.h"
 #include "hosts/sample_practice/masters.h"
@@ -12,6 +12,7 @@
 #include "hosts/sample_practice/plan.h"
 #include "hosts/sample_practice/settings_files.h"
 #include "hosts/sample_practice/visits.h"
+#include "platform/text932/cp932.h"
 
 namespace kova::sample {
 namespace {
@@ -59,21 +60,17 @@ Request Parse(const std::vector<std::string>& arguments) {
   return request;
 }
 
-/// The folder as the profile names it: absolute, code page 932, with its delimiter.
-std::string AbsoluteFolder(const std::string& utf8) {
-  const std::filesystem::path path =
-      std::filesystem::absolute(std::filesystem::path(std::u8string(utf8.begin(), utf8.end())) / "");
-  const std::u8string text = path.u8string();
-  return hosts::TextArgument(std::string(text.begin(), text.end()), "the folder");
-}
-
 int Main(const std::vector<std::string>& arguments) {
   const Request request = Parse(arguments);
-  const std::string folder = AbsoluteFolder(request.folder);
+  // As the profile names it: absolute, code page 932, with its delimiter.
+  const std::string folder = hosts::TextArgument(hosts::AbsoluteName(request.folder + "/"), "the folder");
   const int created = KovaCreateDatabase(folder.c_str());
   if (created != 0)
     throw hosts::UsageError("cannot lay out a database there: result " + hosts::DescribeResult(created));
   WriteSettings(folder);
+  const std::string templates = CKovaSubTools::GetInstallFolder().GetString() + std::string("templates\\");
+  if (!CopyTemplates(templates, folder))
+    hosts::PrintError("sample_practice: no mail templates in " + text932::ToUtf8(templates) + "\n");
   hosts::Practice practice;
   practice.UseProfile(request.folder + "/app.ini");
   CKovaDBSys& db = practice.Database();

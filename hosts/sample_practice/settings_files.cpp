@@ -1,12 +1,16 @@
 #include "hosts/sample_practice/settings_files.h"
 
 #include <string>
+#include <vector>
 
 #include "hosts/console/console.h"
 #include "platform/os/files.h"
+#include "platform/os/paths.h"
 
 namespace kova::sample {
 namespace {
+
+constexpr std::size_t kLargestTemplate = 1U << 20;
 
 constexpr std::string_view kSettings =
     "; 診療所全体の設定です。全ての端末で共用します。\r\n"
@@ -41,12 +45,22 @@ constexpr std::string_view kSettings =
     "PrintListSum=1\r\n"
     "PrintListSum4=1\r\n"
     "\r\n"
+    "[EMail]\r\n"
+    "EmailAddress=yoyaku@omotecho-minato.example\r\n"
+    "Sender=表町みなと歯科クリニック\r\n"
+    "; 用途ごとのメール用テンプレート\r\n"
+    "ReservationTemplate=0001\r\n"
+    "NotComeTemplate=0001\r\n"
+    "ComeTemplate=0006\r\n"
+    "TrearmentCompTemplate=0007\r\n"
+    "ChangeConfirmTemplate=0008\r\n"
+    "\r\n"
     "[KOVACOM]\r\n"
     "VisitFlowAutoUpdate=1\r\n";
 
 void WriteFile(const std::string& path, std::string_view content) {
   if (os::RealFiles().Replace(path, content) != os::FileOutcome::kOk)
-    throw hosts::UsageError("cannot write the settings files");
+    throw hosts::UsageError("cannot write the settings and template files");
 }
 
 }  // namespace
@@ -55,6 +69,22 @@ void WriteSettings(std::string_view folder) {
   const std::string in(folder);
   WriteFile(in + "GLOBALSETTING.ini", kSettings);
   WriteFile(in + "app.ini", "[GLOBAL]\r\nDATABASE=" + in + "\r\nPROFILE=0\r\n");
+}
+
+bool CopyTemplates(std::string_view installed, std::string_view folder) {
+  os::Files& files = os::RealFiles();
+  std::vector<std::string> names;
+  if (files.List(installed, names) != os::FileOutcome::kOk || names.empty()) return false;
+  const std::string target = os::JoinPath(folder, "templates\\");
+  if (files.MakeFolders(target) != os::FileOutcome::kOk)
+    throw hosts::UsageError("cannot make the folder of the mail templates");
+  for (const std::string& name : names) {
+    std::string content;
+    if (files.Read(os::JoinPath(installed, name), kLargestTemplate, content) != os::FileOutcome::kOk)
+      throw hosts::UsageError("cannot read the installed mail templates");
+    WriteFile(target + name, content);
+  }
+  return true;
 }
 
 }  // namespace kova::sample

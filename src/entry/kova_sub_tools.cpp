@@ -8,42 +8,21 @@
 #include "charges/receipt_rates.h"
 #include "charges/rounding.h"
 #include "charges/tax_periods.h"
-#include "entry/host_profile.h"
+#include "entry/session.h"
 #include "foundation/folders.h"
 #include "foundation/kana.h"
-#include "foundation/settings_store.h"
 #include "foundation/text_tools.h"
-#include "platform/os/files.h"
 #include "platform/os/input_method.h"
 #include "platform/os/program.h"
 #include "reservations/reservation_to_sale.h"
 
 using namespace kova;
+using entry::Guarded;
+using entry::Session;
+using entry::ToCString;
+using entry::View;
 
 namespace {
-
-std::string_view View(const char* text) {
-  return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-CString ToCString(std::string_view text) { return CString(std::string(text).c_str()); }
-
-/// What an operation works with; made anew for each call, so that each sees profile and settings as they are.
-struct Session {
-  entry::HostProfile profile;
-  os::Files& files = os::RealFiles();
-  foundation::SettingsStore settings{profile, files};
-};
-
-/// The one place where an exception becomes the answer for "nothing there".
-template <typename Result, typename Operation>
-Result Guarded(Result nothing, Operation operation) {
-  try {
-    return operation();
-  } catch (...) {
-    return nothing;
-  }
-}
 
 CString Folder(std::string (*folder)(const os::ApplicationProfile&)) {
   return Guarded(CString(), [&] { return ToCString(folder(Session().profile)); });

@@ -7,6 +7,9 @@
 #include "entry/kovacomdlg_export.h"
 
 class CKovaDBSys;
+class CPatientDB;
+class CPatientDB2;
+struct tagRESERVATION;
 
 /// The calculations and file exchanges that must come out alike in all applications of the suite. All
 /// operations are static, keep nothing between calls, read the settings that they need afresh and run on the
@@ -98,6 +101,58 @@ class KOVACOMDLG_API CKovaSubTools {
   /// nothing is written then. Opens no transaction of its own: inside the caller's it belongs to that one.
   static int ReservationToSale(CKovaDBSys* db, void* feeRequest);
 
+  // ---- Mail templates: numbered files in GetTemplatesFolder (docs/mail-files.md). Texts may hold zero
+  // bytes.
+
+  /// Stores a template, new or not. 0 for success; -1 when it could not be written, and it is then as it was.
+  static int SetReservationTemplate(int number, CString name, CString subject, CString body);
+  /// 0 for success; -1 when there is none or it cannot be read, and the texts are then untouched.
+  static int GetReservationTemplate(int number, CString& name, CString& subject, CString& body);
+  /// A number that no template had before, noted in "$mt.index"; 0 when that file is missing or cannot be
+  /// written.
+  static int GetNextTemplateNumber();
+  /// 0 for success; -1 when there is none or it could not be removed.
+  static int DeleteReservationTemplate(int number);
+  /// Fills the array with the lines of the selection tree, depth first: "0001" for a template at the top,
+  /// "0002-0001" for one under another (its own number first). Gives their count.
+  static int LoadTemplateTree(CStringArray* lines);
+  /// Stores such lines as the tree; those that name no template are left out, templates without a line go to
+  /// the end. 0 for success, -1 when it could not be written.
+  static int SaveTemplateTree(const CStringArray* lines);
+
+  // ---- Mails, by the suite's companion programs below the current directory. Each operation waits for its
+  // program, at most a minute. 1: the program said that it was done; 0: anything else. Texts go into the
+  // command line as they are.
+
+  static int SendMail(const char* to, const char* subject, const char* body, const char* patientId,
+                      const char* staffId);
+  /// Opens the mail for the user to finish.
+  static int DraftMail(const char* to, const char* subject, const char* body, const char* patientId,
+                       const char* staffId, const char* itemId);
+  /// Sends saved mail files; with a non-zero `doNotKeep` they are not kept.
+  static int SendEmlFiles(const char* path, int doNotKeep);
+  /// Sends the reservation mails of one day.
+  static int SendReservationMail(const char* to, const char* date);
+
+  // ---- Mails about one reservation: the template that the settings name for the purpose, filled with the
+  // reservation's and the patient's data. 1 sent, 0 not: there may be no template, no patient, no permission,
+  // no address, or the user said No ("GLOBAL"/"WatchConfirm").
+
+  /// The patient has come.
+  static int SendVisitMail(CKovaDBSys* db, tagRESERVATION reservation);
+  /// Treatment is finished.
+  static int SendFinishedMail(CKovaDBSys* db, tagRESERVATION reservation);
+  /// The reservation was changed. "EMail"/"CONTACT": 0 sends it, 1 opens it as a draft, other: no mail.
+  static int SendChangeConfirmMail(CKovaDBSys* db, tagRESERVATION reservation);
+  /// The mail that template `number` makes of a reservation; sends nothing. 1 filled; 0 without the template
+  /// or the patient, and the texts are then untouched. `to` is empty when the patient gets no mail.
+  static int FillReservationTemplate(CKovaDBSys* db, int number, tagRESERVATION reservation, CString& to,
+                                     CString& subject, CString& body);
+  /// Reads the reservation's patient through both tables, which are bound to a connection. Non-zero when both
+  /// records are there and the patient allows mail.
+  static int SetAppoPatientInfo2(const tagRESERVATION& reservation, CPatientDB* patient,
+                                 CPatientDB2* contact);
+
   // ---- Text, numbers, dates.
 
   /// TRUE when every byte is a digit, so also for the empty text.
@@ -122,4 +177,6 @@ class KOVACOMDLG_API CKovaSubTools {
  private:
   /// Full name of the settings file; empty without a database folder.
   static CString GetGlobalSettingFile();
+  /// Runs a companion program.
+  static int ExecMail(const char* commandLine);
 };

@@ -1,0 +1,31 @@
+# Run by the build in its folder: makes the folder "templates" anew with the starter set of mail templates, from the
+# readable texts in SOURCES (first line the name, second the subject, the rest the body), with KOVACALL (a command,
+# with an emulator in front when the build is for another system).
+file(REMOVE_RECURSE templates templates.ini)
+file(MAKE_DIRECTORY templates)
+file(WRITE templates.ini "[GLOBAL]\r\nDATABASE=.\\\r\n")
+set(highest 0)
+file(GLOB texts ${SOURCES}/*.txt)
+foreach(file IN LISTS texts)
+  get_filename_component(number ${file} NAME_WE)
+  file(READ ${file} text)
+  if(NOT text MATCHES "^([^\n]+)\n([^\n]+)\n(.+)$")
+    message(FATAL_ERROR "${file}: a name, a subject and a body are needed")
+  endif()
+  set(name "${CMAKE_MATCH_1}")
+  set(subject "${CMAKE_MATCH_2}")
+  string(REPLACE "\n" "␍␊" body "${CMAKE_MATCH_3}")
+  execute_process(COMMAND ${KOVACALL} --app templates.ini SetReservationTemplate ${number} "${name}" "${subject}" "${body}"
+    OUTPUT_VARIABLE result ERROR_VARIABLE error RESULT_VARIABLE code)
+  string(STRIP "${result}" result)
+  if(NOT code EQUAL 0 OR NOT result STREQUAL "0")
+    file(REMOVE_RECURSE templates)
+    message(FATAL_ERROR "${file} could not be stored: exit code ${code}, result ${result} ${error}")
+  endif()
+  if(number GREATER highest)
+    math(EXPR highest "${number}")
+  endif()
+endforeach()
+# The highest number handed out; without this file the library gives no new ones.
+file(WRITE "templates/$mt.index" "${highest}")
+file(REMOVE templates.ini "templates/$mt.lock")

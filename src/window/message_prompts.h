@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+#include "foundation/prompts.h"
+
+namespace kova::window {
+
+/// Prompts as message boxes over a window; over the thread's active window when that is null.
+class MessagePrompts final : public foundation::Prompts {
+ public:
+  explicit MessagePrompts(HWND owner = nullptr) : owner_(owner) {}
+
+  bool AskYesNo(std::string_view text) override;
+  void Inform(std::string_view text) override;
+
+ private:
+  int Show(std::string_view text, UINT style) const;
+
+  HWND owner_;
+};
+
+}  // namespace kova::window

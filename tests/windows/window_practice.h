@@ -1,0 +1,41 @@
+#pragma once
+
+// A practice of a few records in a folder of its own, and the application object of a host that works on it.
+
+#include <afxwin.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "hosts/person/window_driver.h"
+#include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/kovadbcall.h"
+
+namespace kova::testing {
+
+/// person::Drive, where a person who fails is a failure of the test.
+inline void Work(const std::function<void()>& program, const std::function<void()>& person) {
+  EXPECT_EQ(person::Drive(program, person), "");
+}
+
+class WindowPractice {
+ public:
+  explicit WindowPractice(const std::string& name) : folder_(name), profile_(folder_.Path() + "app.ini") {
+    os::RealFiles().Replace(profile_, "[GLOBAL]\r\nDATABASE=" + folder_.Path() + "\r\n");
+    os::RealFiles().MakeFolder(folder_.Path() + "templates");
+    app_.m_pszProfileName = profile_.c_str();
+    KovaCreateDatabase(folder_.Path().c_str());
+    database_.OpenDB(folder_.Path().c_str());
+  }
+
+  const std::string& Folder() const { return folder_.Path(); }
+  CKovaDBSys& Database() { return database_; }
+
+ private:
+  os::testing::TemporaryFolder folder_;
+  std::string profile_;
+  CWinApp app_;
+  CKovaDBSys database_;
+};
+
+}  // namespace kova::testing
