@@ -1,38 +1,55 @@
 #!/bin/bash
-# Installs what is missing, builds the Windows programs, lays out a sample practice under out/practice, takes today's
-# first ten fees to sales there and sends those patients the mail that they have come. Prints the sales as the database
-# then holds them, and the first mail. No mail leaves the machine: each becomes a file in out/outbox.
+# Installs what is missing, builds the Windows programs and lays out a sample practice under out/practice. With a display it
+# opens the example host, the reception, on it. Without one it plays a day on a virtual display: opens the visit flow board,
+# moves patients through it, and leaves pictures, the mails that were sent and an account of what was written under out/.
+# No mail leaves the machine: each becomes a file in out/outbox.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/setup.sh
-[ -e build/windows/bin/day.exe ] || echo "Building the library and its programs (some minutes the first time)"
-KOVA_TARGETS="day sample_practice kovacall empty_database mail_templates companions" scripts/build.sh windows
+[ -e build/windows/bin/reception.exe ] || echo "Building the library and its programs (some minutes the first time)"
+KOVA_TARGETS="reception play_day day sample_practice kovacall empty_database mail_templates companions" scripts/build.sh windows
 
 run() { scripts/wine_run.sh "build/windows/bin/$1.exe" "${@:2}"; }
 today=$(date +%Y%m%d)
-rm -rf out/practice out/outbox
+rm -rf out/practice out/outbox out/board-*.png
 mkdir -p out
 echo "Laying out the sample practice"
 run sample_practice out/practice --seed 1 --today "$today" >out/practice.log
-echo "Today's first ten visited reservations with a fee, as sales ($(cat out/practice.log)):"
-echo
+cat out/practice.log
 export KOVA_OUTBOX="Z:${PWD//\//\\}\\out\\outbox"
-run day --app out/practice/app.ini --date "$today" --count 10 >out/day.txt
+
+if [ -n "${DISPLAY:-}" ]; then
+  echo "Opening the reception (F2: the board, F3: patient query); mails go to out/outbox"
+  run reception --app out/practice/app.ini
+  exit
+fi
+
+echo "No display: playing a day on a virtual one"
+export KOVA_PICTURES="Z:${PWD//\//\\}\\out"
+source scripts/wine_env.sh
+wine_start
+display_start
+trap display_stop EXIT
+run play_day --app out/practice/app.ini >out/day.txt
+for picture in out/board-*.bmp; do
+  convert "$picture" "${picture%.bmp}.png"
+  rm -f "$picture"
+done
+echo
 cat out/day.txt
 echo
 mails=(out/outbox/*.eml)
 [ -e "${mails[0]}" ] || mails=()
-echo "${#mails[@]} mails in out/outbox"
+echo "${#mails[@]} mails in out/outbox, pictures of the board in out/board-*.png"
 if [ ${#mails[@]} -gt 0 ]; then
-  echo "The first, ${mails[0]}:"
+  echo "The first mail, ${mails[0]}:"
   echo
   run day --show-mail "${mails[0]}"
   echo
 fi
 cat <<END
-"*" marks the reduced rate. The table is in out/day.txt, the practice in out/practice: its settings
-(GLOBALSETTING.ini, code page 932), its mail templates and its records (kova.db, for any SQLite tool). Any mail
-program opens the mails. To look further:
+The practice is in out/practice: its settings (GLOBALSETTING.ini, code page 932), its mail templates and its records
+(kova.db, for any SQLite tool). To look further:
   scripts/wine_run.sh build/windows/bin/kovacall.exe list
-  scripts/wine_run.sh build/windows/bin/kovacall.exe --app out/practice/app.ini dump sale --key 2 --from $today
+  scripts/wine_run.sh build/windows/bin/kovacall.exe --app out/practice/app.ini board $today
 END

@@ -96,9 +96,9 @@ for group in "${groups[@]}"; do
       for scale in 96 144 192; do
         run_windows "$scale"
       done
-      display_scale 96
       # The answers must not depend on the system's code page: once more where it is 1252.
       wine_locale=C.UTF-8
+      display_scale 96
       while read -r name; do
         run_program windows-1252 "$name" wine "build/windows/bin/$name.exe"
       done < <(grep -vE 'recordstore|sample_practice|fuzz' build/windows/test_programs.txt)

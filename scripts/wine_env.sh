@@ -27,6 +27,13 @@ wine_start() {
 
 wine_stop() { "$wine_server" -k 2>/dev/null || true; }
 
+# Ends the server with everything in it. Wine's desktop keeps the display and the scale that it began with.
+wine_restart() {
+  wine_stop
+  "$wine_server" -w
+  wine_start
+}
+
 wine_setting() { wine reg add "$1" /v "$2" /t "$3" /d "$4" /f >/dev/null 2>&1 </dev/null; }
 
 # A virtual display for windows: DISPLAY names it. Wine draws the frames itself, as no window manager is there.
@@ -41,6 +48,7 @@ display_start() {
     sleep 0.1
   done
   export DISPLAY=":$(cat "$number")"
+  wine_restart
   if [ ! -e "$WINEPREFIX/.windows" ]; then
     wine_setting 'HKCU\Software\Wine\X11 Driver' Managed REG_SZ N
     wine_setting 'HKCU\Control Panel\Desktop' FontSmoothing REG_SZ 2
@@ -52,4 +60,7 @@ display_start() {
 display_stop() { [ -z "${display_pid:-}" ] || kill "$display_pid" 2>/dev/null || true; }
 
 # display_scale DPI: the screen scale that programs started from now on see; 96 is 100 %.
-display_scale() { wine_setting 'HKCU\Control Panel\Desktop' LogPixels REG_DWORD "$1"; }
+display_scale() {
+  wine_restart
+  wine_setting 'HKCU\Control Panel\Desktop' LogPixels REG_DWORD "$1"
+}

@@ -248,4 +248,42 @@ TEST_F(Kovacall, SendsTheMailThatATemplateMakes) {
   EXPECT_EQ(Mails().size(), 2u);
 }
 
+TEST_F(Kovacall, MovesOnTheBoard) {
+  for (const Arguments& record :
+       {Arguments{"put", "category", "classCode=5", "code=10", "name=" + U(u8"受付")},
+        {"put", "patient", "patientCode=7", "caseNumber=12", "name=" + U(u8"能 太郎")},
+        {"put", "reservation", "reservationNumber=1", "patientCode=7", "reservationDate=20241124",
+         "startTime=0930", "hasFee=1", "feeNoCategory=1", "feeAmount=1080"}})
+    ASSERT_EQ(Call(record).code, 0);
+  const std::string names = "list\tkey\tstage\tcaption\n";
+  ExpectOut({"board", "20241123"}, names);
+  ExpectOut({"board", "20241124"}, names + U(u8"before\t1\t\t12   能 太郎\n"));
+  for (const Arguments& refused : {Arguments{"board"},
+                                   {"board", "2024112"},
+                                   {"board-move", "20241124", "8131"},
+                                   {"board-move", "20241124", "8135", "1"},
+                                   {"board-move", "20241124", "8133", "1"},
+                                   {"board-move", "20241124", "8131", "1", "2"}})
+    EXPECT_EQ(Call(refused).code, 2) << testing::PrintToString(refused);
+
+  // "outcome stage visited sale" of the one row; its times are those of the clock.
+  const auto move = [&](const char* button) {
+    const std::vector<std::string> lines = Split(Call({"board-move", "20241124", button, "1"}).out, '\n');
+    const std::vector<std::string> values = Split(lines.back(), '\t');
+    return values.size() == 7 ? values[1] + " " + values[2] + " " + values[5] + " " + values[6]
+                              : lines.back();
+  };
+  EXPECT_EQ(move("8131"), "done 10 1 000000000001");
+  EXPECT_EQ(move("8133"), "done 01 1 000000000001");
+  ExpectOut({"SetFinishedDate", "7", "", "0"}, "0\n");
+  EXPECT_EQ(LastRecord("patient")["finishedDate"], "20241124");
+  EXPECT_EQ(move("8129"), "done 10 1 000000000001");
+  ASSERT_EQ(Call({"put", "charge", "chargeNumber=1", "saleNumber=000000000001", "receipted=1"}).code, 0);
+  EXPECT_EQ(move("8134"), "receipted 10 1 000000000001");
+  ASSERT_EQ(Call({"set", "charge", "1", "receipted=0"}).code, 0);
+  EXPECT_EQ(move("8134"), "done 00 0 ");
+  EXPECT_EQ(LastRecord("patient")["finishedDate"], "");
+  EXPECT_TRUE(LastRecord("sale").empty());
+}
+
 }  // namespace

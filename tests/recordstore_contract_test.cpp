@@ -260,7 +260,8 @@ TEST_F(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   db_.CloseDB();
   EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "the connection is gone, the object is not";
   ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
-  EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "an object belongs to the connection it was bound to";
+  EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen))
+      << "an object belongs to the connection it was bound to";
   EXPECT_EQ(table.Open(), 0);
 }
 
@@ -292,6 +293,30 @@ TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
   EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::kNotFound)) << "closing takes an open one back";
 }
 
+TEST_F(RecordStore, APartOfTheFieldsIsReadAndNeverWritten) {
+  for (int i = 10; i < 40; ++i) PutCategory(db_, "1", std::to_string(i).c_str(), "表");
+  CCategoryDB table(nullptr, 0);
+  ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
+  ASSERT_EQ(table.GetCategoryData("1", "20"), 0);
+  PutText(table.record.marker, "__");
+  ASSERT_EQ(table.Update(), 0);
+  EXPECT_EQ(table.SetFields("name mark"), Code(Result::kBadArgument));
+  ASSERT_EQ(table.SetFields("name"), 0);
+  int expected = 10;
+  for (int result = table.GetFIRST(); result == 0; result = table.GetNEXT(), ++expected) {
+    EXPECT_EQ(GetText(table.record.code), std::to_string(expected)) << "a key's field";
+    EXPECT_STREQ(table.record.name, "表");
+    EXPECT_STREQ(table.record.marker, "");
+  }
+  EXPECT_EQ(expected, 40);
+  ASSERT_EQ(table.GetCategoryData("1", "20"), 0);
+  EXPECT_EQ(table.Update(), Code(Result::kBadArgument));
+  ASSERT_EQ(table.SetFields(nullptr), 0);
+  EXPECT_EQ(table.Update(), Code(Result::kNoRecord));
+  ASSERT_EQ(table.GetCategoryData("1", "20"), 0);
+  EXPECT_STREQ(table.record.marker, "__");
+}
+
 TEST_F(RecordStore, TheChangeTimeChangesWithEveryChange) {
   CCategoryDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
@@ -313,6 +338,17 @@ TEST_F(RecordStore, TheChangeTimeChangesWithEveryChange) {
   EXPECT_EQ(table.GetFileTime().GetTime(), stamps.back());
   PutReservation(db_, "1", "20260101", "0900");
   EXPECT_EQ(table.GetFileTime().GetTime(), stamps.back()) << "another table's change";
+
+  long long before = 0, after = 0;
+  const auto both = {kova::store::TableId::Reservation, kova::store::TableId::Category};
+  ASSERT_EQ(db_.GetChangeStamp(both, before), 0);
+  PutReservation(db_, "2", "20260101", "0900");
+  ASSERT_EQ(db_.GetChangeStamp(both, after), 0);
+  EXPECT_GT(after, before) << "either of several tables";
+  ASSERT_EQ(table.BeginTran(), 0);
+  PutCategory(db_, "5", "09", "x");
+  ASSERT_EQ(db_.GetChangeStamp(both, before), 0);
+  EXPECT_GT(before, after) << "the transaction sees its own";
 }
 
 TEST_F(RecordStore, AnUpdateOfWhatAnotherChangedIsSeen) {

@@ -1,6 +1,8 @@
 // kovacall: calls one exported operation and prints what it gives. The support engineer's tool.
 
 #include "hosts/console/console.h"
+#include "hosts/kovacall/filler_commands.h"
+#include "hosts/kovacall/board_commands.h"
 #include "hosts/kovacall/operation.h"
 #include "hosts/kovacall/table_commands.h"
 
@@ -18,27 +20,36 @@ constexpr std::string_view kUsage =
     "kovacall list\n"
     "  prints every operation with its arguments\n";
 
+std::vector<TableCommand> Commands() {
+  std::vector<TableCommand> all = TableCommands();
+  all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
+  return all;
+}
+
 std::string Line(const TableCommand& command) {
   return std::string(command.name) + (command.arguments.empty() ? "" : " ") + std::string(command.arguments);
 }
 
 std::string Usage() {
   std::string text(kUsage);
-  for (const TableCommand& command : TableCommands()) {
+  for (const TableCommand& command : Commands()) {
     text += "kovacall " + Line(command) + "\n  " + std::string(command.meaning) + "\n";
   }
   return text;
 }
 
+std::string Line(const Operation& operation) {
+  std::string line(operation.name);
+  for (const Parameter& each : operation.parameters)
+    line += " " + (each.fields.empty() ? each.name + ":" + each.type : each.fields);
+  if (!operation.resultType.empty()) line += " -> " + std::string(operation.resultType);
+  return line;
+}
+
 void List() {
-  for (const Operation& operation : Operations()) {
-    std::string line(operation.name);
-    for (const Parameter& each : operation.parameters)
-      line += " " + (each.fields.empty() ? each.name + ":" + each.type : each.fields);
-    if (!operation.resultType.empty()) line += " -> " + std::string(operation.resultType);
-    Print(line + "\n");
-  }
-  for (const TableCommand& command : TableCommands()) Print(Line(command) + "\n");
+  for (const auto* operations : {&Operations(), &FillerOperations()})
+    for (const Operation& operation : *operations) Print(Line(operation) + "\n");
+  for (const TableCommand& command : Commands()) Print(Line(command) + "\n");
 }
 
 void PrintReply(const Reply& reply) {
@@ -48,12 +59,14 @@ void PrintReply(const Reply& reply) {
 
 /// True when there is an operation or command of that name; it has run then.
 bool Run(const std::string& name, const std::vector<std::string>& arguments, Practice& practice) {
-  for (const Operation& operation : Operations()) {
-    if (operation.name != name) continue;
-    PrintReply(operation.call(arguments, practice));
-    return true;
+  for (const auto* operations : {&Operations(), &FillerOperations()}) {
+    for (const Operation& operation : *operations) {
+      if (operation.name != name) continue;
+      PrintReply(operation.call(arguments, practice));
+      return true;
+    }
   }
-  for (const TableCommand& command : TableCommands()) {
+  for (const TableCommand& command : Commands()) {
     if (command.name != name) continue;
     command.run(arguments, practice);
     return true;

@@ -169,6 +169,7 @@ const std::vector<Operation>& Operations() {
       Declare("GetReceptPercent", {"date"}, &T::GetReceptPercent),
       Declare("cmpRecept", {"a", "b"}, &CmpRecept),
       Declare("ReservationToSale", {"feeRequest"}, &ReservationToSale),
+      Declare("SetFinishedDate", {"patientCode", "date", "mode"}, &T::SetFinishedDate),
       Declare("SetReservationTemplate", {"number", "name", "subject", "body"}, &SetReservationTemplate),
       Declare("GetReservationTemplate", {"number"}, &GetReservationTemplate),
       Declare("GetNextTemplateNumber", {}, &T::GetNextTemplateNumber),

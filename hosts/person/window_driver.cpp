@@ -67,6 +67,7 @@ void MeetTheDisplay() {
 
 DWORD WINAPI RunPerson(void* argument) {
   auto& person = *static_cast<Person*>(argument);
+  SetThreadDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);  // sees the pixels that are there
   MeetTheDisplay();
   SetEvent(person.arrived);
   try {

@@ -36,7 +36,8 @@ std::vector<Seen> VisibleControls(HWND dialog) {
   std::vector<Seen> seen;
   for (HWND item = GetWindow(dialog, GW_CHILD); item != nullptr; item = GetWindow(item, GW_HWNDNEXT)) {
     const LONG_PTR style = GetWindowLongPtrW(item, GWL_STYLE);
-    const bool frame = ClassOf(item) == L"button" && (style & BS_TYPEMASK) == BS_GROUPBOX;
+    const bool frame = (ClassOf(item) == L"button" && (style & BS_TYPEMASK) == BS_GROUPBOX) ||
+                       (ClassOf(item) == L"static" && (style & SS_TYPEMASK) == SS_ETCHEDFRAME);
     if (!IsWindowVisible(item) || frame) continue;
     Seen control{item, GetDlgCtrlID(item), ClassOf(item), Shown(item), {}};
     GetWindowRect(item, &control.place);

@@ -79,3 +79,20 @@ class CStringArray {
  private:
   std::vector<CString> items_;
 };
+
+/// A growing array of pointers; it does not own what they point to.
+class CPtrArray {
+ public:
+  std::intptr_t GetSize() const { return static_cast<std::intptr_t>(items_.size()); }
+  std::intptr_t GetCount() const { return GetSize(); }
+  void* GetAt(std::intptr_t at) const { return items_[static_cast<std::size_t>(at)]; }
+  /// Appends; gives the index of the new element.
+  std::intptr_t Add(void* item) {
+    items_.push_back(item);
+    return GetSize() - 1;
+  }
+  void RemoveAll() { items_.clear(); }
+
+ private:
+  std::vector<void*> items_;
+};

@@ -62,6 +62,10 @@ int CBaseDBCall::SetKey(int keyNumber) {
   return AsInt([&] { return cursor_->SetKey(keyNumber); });
 }
 
+int CBaseDBCall::SetFields(const char* names) {
+  return AsInt([&] { return cursor_->SetFields(names == nullptr ? std::string_view() : names); });
+}
+
 void CBaseDBCall::SetKeyBuffer(const char* key, unsigned long length) {
   try {
     cursor_->SetKeyBuffer(key == nullptr ? std::string_view() : std::string_view(key, length));

@@ -40,6 +40,11 @@ class KOVADBCALL_API CBaseDBCall {
 
   /// Chooses the key of the following positioning calls; key 0 from the beginning.
   int SetKey(int keyNumber);
+  /// For lists that show few fields of many records: positioning calls load these fields, by name with blanks
+  /// between, and those of the table's keys; the others of the record buffer become zero, and Update is
+  /// refused. Null or empty: all fields, as from the beginning. Forgets the current record; result 18 for a
+  /// name that is no field.
+  int SetFields(const char* names);
   /// The key value for the next positioning call: the key's fields one behind the other, each at its full
   /// width, zero-filled. Shorter is a prefix; longer is cut to the key's width.
   void SetKeyBuffer(const char* key, unsigned long length);

@@ -30,6 +30,17 @@ Result Cursor::SetKey(int keyNumber) {
   return Result::kDone;
 }
 
+Result Cursor::SetFields(std::string_view names) {
+  std::optional<TableDef> part;
+  if (!names.empty()) {
+    part = PartOfTable(table_, names);
+    if (!part) return Result::kBadArgument;
+  }
+  part_ = std::move(part);
+  Bind(engine_);
+  return Result::kDone;
+}
+
 std::string Cursor::TrimmedKeyBuffer() const {
   std::string key = keyBuffer_.substr(0, Key().width);
   key.resize(key.find_last_not_of('\0') + 1);
@@ -86,7 +97,7 @@ Result Cursor::Position(const ReadFrom& from, bool mustEqual) {
   hasPosition_ = hasRecord_ = atEnd_ = false;
   nextLimit_ = kFirstReadAhead;
   writeCount_ = engine_->WriteCount(table_);
-  const Result result = engine_->Read(table_, keyIndex_, from, 1, block_);
+  const Result result = engine_->Read(Shape(), keyIndex_, from, 1, block_);
   if (result == Result::kDone && mustEqual &&
       (block_.Size() == 0 || !KeyBeginsWithBuffer(block_.Record(0)))) {
     block_.Reset(table_.recordSize);
@@ -131,7 +142,7 @@ Result Cursor::Step(bool forward) {
   const std::string key = MakeKey(Key(), original_.data());
   const auto place = forward ? ReadFrom::Place::kAfter : ReadFrom::Place::kBefore;
   writeCount_ = engine_->WriteCount(table_);
-  const Result result = engine_->Read(table_, keyIndex_, {place, key, id_}, nextLimit_, block_);
+  const Result result = engine_->Read(Shape(), keyIndex_, {place, key, id_}, nextLimit_, block_);
   nextLimit_ = std::min(nextLimit_ * 4, kLargestReadAhead);
   return Load(result);
 }
@@ -157,6 +168,7 @@ Result Cursor::Insert() {
 
 Result Cursor::Update(bool onlyUnchanged) {
   if (engine_ == nullptr) return Result::kNotOpen;
+  if (part_) return Result::kBadArgument;  // it would empty the fields that were not read
   if (!hasRecord_) return Result::kNoRecord;
   if (block_.Size() > 0) KeepPosition(block_.Id(at_));
   block_.Reset(table_.recordSize);

@@ -3,6 +3,7 @@
 // A table object's place in a table: the key in use, the key buffer, the current record and what was read
 // ahead. The same for every engine.
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ class Cursor {
   Engine* BoundEngine() const { return engine_; }
 
   Result SetKey(int keyNumber);
+  /// Loads these fields and those of the keys from now on, all of them for no names; the current record is
+  /// forgotten.
+  Result SetFields(std::string_view names);
   /// Bytes past the key's width are dropped when a position is looked for; fewer bytes are a prefix.
   void SetKeyBuffer(std::string_view bytes) { keyBuffer_ = bytes; }
 
@@ -44,7 +48,8 @@ class Cursor {
   bool AtEnd() const { return atEnd_; }
 
   Result Insert();
-  /// With `onlyUnchanged` the store must still hold the record as this cursor read it.
+  /// Not where only some fields are read. With `onlyUnchanged` the store must still hold the record as this
+  /// cursor read it.
   Result Update(bool onlyUnchanged);
   Result Delete();
 
@@ -58,7 +63,10 @@ class Cursor {
   bool KeyBeginsWithBuffer(const char* record) const;
   void KeepPosition(RecordId id);
 
+  const TableDef& Shape() const { return part_ ? *part_ : table_; }
+
   const TableDef& table_;
+  std::optional<TableDef> part_;  // what is read, where that is not all of it
   char* buffer_;
   Engine* engine_ = nullptr;
   std::size_t keyIndex_ = 0;

@@ -37,6 +37,16 @@ CKovaKept* CKovaDBSys::GetKept(const char* name) const {
 
 void CKovaDBSys::SetKept(const char* name, CKovaKept* kept) { kept_[name].reset(kept); }
 
+int CKovaDBSys::GetChangeStamp(std::initializer_list<kova::store::TableId> tables, long long& stamp) try {
+  std::int64_t sum = 0;
+  const Result result =
+      engine_ == nullptr ? Result::kNotOpen : engine_->ChangeStamps({tables.begin(), tables.size()}, sum);
+  if (result == Result::kDone) stamp = sum;
+  return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
 int CKovaDBSys::CheckIntegrity(std::string& finding) {
   return static_cast<int>(engine_ == nullptr ? Result::kNotOpen : engine_->CheckIntegrity(finding));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -8,7 +9,8 @@
 
 namespace kova::store {
 class Engine;
-}
+enum class TableId : int;
+}  // namespace kova::store
 
 /// Something that an application of the connection keeps with it, from call to call: a cache, a table.
 class CKovaKept {
@@ -42,6 +44,10 @@ class KOVADBCALL_API CKovaDBSys {
   CKovaKept* GetKept(const char* name) const;
   /// Takes ownership; what was kept under the name before is destroyed.
   void SetKept(const char* name, CKovaKept* kept);
+
+  /// A number that grows with every change of any of the tables, by whichever workstation: whoever shows them
+  /// looks here, at the price of one look-up, before reading them anew.
+  int GetChangeStamp(std::initializer_list<kova::store::TableId> tables, long long& stamp);
 
   /// Checks every page and index. 0 when sound; else a number of result.h and the first finding in `finding`.
   int CheckIntegrity(std::string& finding);

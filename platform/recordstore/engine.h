@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -90,9 +91,13 @@ class Engine {
   virtual void BeginReads() = 0;
   virtual void EndReads() = 0;
 
-  /// A number that grows with every change of the table, by whichever workstation: seconds since 1970 when
-  /// changes are slower than one a second.
-  virtual Result ChangeStamp(const TableDef& table, std::int64_t& stamp) = 0;
+  /// The sum of the tables' change stamps, at the price of one look-up's lock. A table's stamp is a number
+  /// that grows with every change of it, by whichever workstation: seconds since 1970 when changes are slower
+  /// than one a second.
+  virtual Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) = 0;
+  Result ChangeStamp(const TableDef& table, std::int64_t& stamp) {
+    return ChangeStamps({&table.id, 1}, stamp);
+  }
 
   /// Counts `counter` up and gives the new value; taken back with the unit or transaction that it is called
   /// in.

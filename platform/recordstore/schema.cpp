@@ -1,5 +1,6 @@
 #include "platform/recordstore/schema.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/recordstore/table_ids.h"
@@ -17,16 +18,20 @@ void AddField(std::vector<FieldDef>& fields, const char* name, FieldKind kind, s
   }
 }
 
-void AddKey(TableDef& table, int number, std::string_view fieldNames) {
-  KeyDef key{number, fieldNames, {}, 0};
-  for (std::size_t from = 0; from < fieldNames.size();) {
-    std::size_t to = fieldNames.find(' ', from);
-    if (to == std::string_view::npos) to = fieldNames.size();
-    const FieldDef* field = table.FindField(fieldNames.substr(from, to - from));
-    key.fields.push_back(field);
-    key.width += field->width;
+/// The fields of these names; null for one that the table does not have.
+std::vector<const FieldDef*> FieldsOf(const TableDef& table, std::string_view names) {
+  std::vector<const FieldDef*> fields;
+  for (std::size_t from = 0; from < names.size();) {
+    const std::size_t to = std::min(names.find(' ', from), names.size());
+    fields.push_back(table.FindField(names.substr(from, to - from)));
     from = to + 1;
   }
+  return fields;
+}
+
+void AddKey(TableDef& table, int number, std::string_view fieldNames) {
+  KeyDef key{number, fieldNames, FieldsOf(table, fieldNames), 0};
+  for (const FieldDef* field : key.fields) key.width += field->width;
   table.keys.push_back(std::move(key));
 }
 
@@ -79,6 +84,21 @@ const TableDef* FindTable(std::string_view name) {
     if (table.name == name) return &table;
   }
   return nullptr;
+}
+
+std::optional<TableDef> PartOfTable(const TableDef& table, std::string_view names) {
+  std::vector<const FieldDef*> wanted = FieldsOf(table, names);
+  if (std::count(wanted.begin(), wanted.end(), nullptr) != 0) return std::nullopt;
+  for (const KeyDef& key : table.keys) wanted.insert(wanted.end(), key.fields.begin(), key.fields.end());
+  TableDef part = table;  // its keys go on pointing at the whole table's fields
+  part.fields.clear();
+  part.part = table.name;
+  for (const FieldDef& field : table.fields) {
+    if (std::count(wanted.begin(), wanted.end(), &field) == 0) continue;
+    part.fields.push_back(field);
+    part.part.append(" ").append(field.name);
+  }
+  return part;
 }
 
 std::string MakeKey(const KeyDef& key, const char* record) {

@@ -4,6 +4,7 @@
 // from the field and key lists in tables/.
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,6 +43,8 @@ struct TableDef {
   std::size_t recordSize;
   std::vector<FieldDef> fields;
   std::vector<KeyDef> keys;  ///< the first is the primary key, number 0
+  std::string part =
+      {};  ///< of PartOfTable: table and fields, the same for the same part; empty for all fields
 
   /// The key of that number, as an index into `keys`; -1 when there is none.
   KOVADBCALL_API int FindKey(int number) const;
@@ -54,6 +57,10 @@ KOVADBCALL_API std::span<const TableDef> AllTables();
 KOVADBCALL_API const TableDef& GetTable(TableId id);
 /// By short name; null when there is none.
 KOVADBCALL_API const TableDef* FindTable(std::string_view name);
+
+/// The table with some of its fields, by name with blanks between, and those of its keys. Its records are as
+/// long, with zeros for the fields that are left out. Nothing when it has no field of a name.
+std::optional<TableDef> PartOfTable(const TableDef& table, std::string_view names);
 
 /// The key bytes of a record: each field up to its terminator, zero-filled to its width; then trailing zeros
 /// are dropped, which changes no comparison.

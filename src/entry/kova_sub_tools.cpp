@@ -14,7 +14,9 @@
 #include "foundation/text_tools.h"
 #include "platform/os/input_method.h"
 #include "platform/os/program.h"
+#include "reservations/finished_date.h"
 #include "reservations/reservation_to_sale.h"
+#include "reservations/transaction.h"
 
 using namespace kova;
 using entry::Guarded;
@@ -176,6 +178,22 @@ int CKovaSubTools::ReservationToSale(CKovaDBSys* db, void* feeRequest) {
   return Guarded(failed, [&] {
     return reservations::ReservationToSale(Session().settings.Open(), db,
                                            *static_cast<tagFEEREQUEST*>(feeRequest));
+  });
+}
+
+int CKovaSubTools::SetFinishedDate(const char* patientCode, const char* date, int mode) {
+  return Guarded(static_cast<int>(store::Result::kFailed), [&] {
+    CKovaDBSys db;
+    CPatientDB patients(nullptr, 0);
+    int result = db.OpenDB(foundation::DatabaseFolder(Session().profile).c_str());
+    if (result == 0) result = patients.SetAssociatedDB(&db);
+    if (result != 0) return result;
+    reservations::Transaction transaction(patients);
+    result = transaction.Begun();
+    if (result != 0) return result;
+    result = mode != 0 ? reservations::PutFinishedDate(&db, View(patientCode), View(date))
+                       : reservations::ResetFinishedDate(&db, View(patientCode));
+    return result != 0 ? result : transaction.End();
   });
 }
 

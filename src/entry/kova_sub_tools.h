@@ -100,6 +100,11 @@ class KOVACOMDLG_API CKovaSubTools {
   /// (reservations/fee_request.h), whose sale number is set. 0 for success, else the record store's result;
   /// nothing is written then. Opens no transaction of its own: inside the caller's it belongs to that one.
   static int ReservationToSale(CKovaDBSys* db, void* feeRequest);
+  /// Sets the patient's finished date, in the database that the application profile names and in a
+  /// transaction of its own. Mode non-zero: to `date`, eight digits. Mode 0: to the last day on which a visit
+  /// of the patient was finished, empty without one; `date` is not used. 0 for success, else the record
+  /// store's result.
+  static int SetFinishedDate(const char* patientCode, const char* date, int mode);
 
   // ---- Mail templates: numbered files in GetTemplatesFolder (docs/mail-files.md). Texts may hold zero
   // bytes.

@@ -69,7 +69,7 @@ class Dialog {
   void AddCheckBox(int control, std::string_view text);
   /// One of several buttons of which one is pressed; `first` begins the group.
   void AddChoiceButton(int control, std::string_view text, bool first);
-  /// A frame with a caption, drawn around other controls (Box::Framed); add it before them.
+  /// A frame, with a caption or without, drawn around other controls (Box::Framed); add it before them.
   void AddFrame(int control, std::string_view text);
   void AddEdit(int control, DWORD style = 0);
   /// With its scroll bar; Enter makes a new line.

@@ -56,7 +56,12 @@ void Dialog::AddChoiceButton(int control, std::string_view text, bool first) {
 }
 
 void Dialog::AddFrame(int control, std::string_view text) {
-  Add(control, WC_BUTTONW, Wide(text), BS_GROUPBOX | WS_GROUP, 0);
+  // Transparent: the dialog paints what lies inside.
+  if (text.empty()) {
+    Add(control, WC_STATICW, {}, SS_ETCHEDFRAME, WS_EX_TRANSPARENT);
+  } else {
+    Add(control, WC_BUTTONW, Wide(text), BS_GROUPBOX | WS_GROUP, WS_EX_TRANSPARENT);
+  }
 }
 
 void Dialog::AddEdit(int control, DWORD style) {

@@ -308,15 +308,14 @@ TEST_F(MailDialogs, IsModalOverItsParentAndCanBeResized) {
        [&] {
          HWND editor = Dialog(kEditorTitle);
          EXPECT_FALSE(IsWindowEnabled(host.m_hWnd));
-         RECT before{};
-         GetWindowRect(Item(editor, Editor::kBody), &before);
-         RECT window{};
-         GetWindowRect(editor, &window);
-         SetWindowPos(editor, nullptr, 0, 0, window.right - window.left + 200,
-                      window.bottom - window.top + 100, SWP_NOZORDER);
-         RECT after{};
-         GetWindowRect(Item(editor, Editor::kBody), &after);
-         EXPECT_GT(after.right - after.left, before.right - before.left);
+         const auto width = [](HWND shown) {
+           RECT place{};
+           GetWindowRect(shown, &place);
+           return static_cast<int>(place.right - place.left);
+         };
+         const int before = width(Item(editor, Editor::kBody));
+         SetWindowPos(editor, nullptr, 0, 0, width(editor) + 200, 1200, SWP_NOZORDER);
+         WaitFor("the body to grow", [&] { return width(Item(editor, Editor::kBody)) > before + 100; });
          EXPECT_EQ(Faults(editor), "");
          SetWindowPos(editor, nullptr, 0, 0, 10, 10, SWP_NOZORDER);
          EXPECT_EQ(Faults(editor), "");

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "hosts/person/window_driver.h"
+#include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
 
@@ -21,8 +22,8 @@ inline void Work(const std::function<void()>& program, const std::function<void(
 class WindowPractice {
  public:
   explicit WindowPractice(const std::string& name) : folder_(name), profile_(folder_.Path() + "app.ini") {
-    os::RealFiles().Replace(profile_, "[GLOBAL]\r\nDATABASE=" + folder_.Path() + "\r\n");
-    os::RealFiles().MakeFolder(folder_.Path() + "templates");
+    (void)os::RealFiles().Replace(profile_, "[GLOBAL]\r\nDATABASE=" + folder_.Path() + "\r\n");
+    (void)os::RealFiles().MakeFolder(folder_.Path() + "templates");
     app_.m_pszProfileName = profile_.c_str();
     KovaCreateDatabase(folder_.Path().c_str());
     database_.OpenDB(folder_.Path().c_str());

@@ -29,7 +29,9 @@ std::string Utf8Of(const std::filesystem::path& path) {
 
 Connection Connect(const std::filesystem::path& file, int flags, int& code) {
   sqlite3* raw = nullptr;
-  code = sqlite3_open_v2(Utf8Of(file).c_str(), &raw, flags | SQLITE_OPEN_EXRESCODE, nullptr);
+  // A connection belongs to one thread; a mutex around every column read would cost a sixth of the reading.
+  flags |= SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;
+  code = sqlite3_open_v2(Utf8Of(file).c_str(), &raw, flags, nullptr);
   Connection connection(raw);
   if (code == SQLITE_OK) sqlite3_busy_timeout(raw, kWaitForSettingUp);
   return connection;

@@ -48,7 +48,7 @@ sqlite3_stmt* SqliteEngine::Prepare(Statement& place, const std::string& sql) {
 }
 
 sqlite3_stmt* SqliteEngine::ReadStatement(const TableDef& table, std::size_t keyIndex, Range range) {
-  std::vector<Statement>& reads = Of(table).reads;
+  std::vector<Statement>& reads = table.part.empty() ? Of(table).reads : partReads_[table.part];
   reads.resize(table.keys.size() * kRanges);
   Statement& place = reads[keyIndex * kRanges + static_cast<std::size_t>(range)];
   return Prepared(place, [&] { return ReadSql(table, table.keys[keyIndex], range); });
@@ -62,8 +62,10 @@ void SqliteEngine::DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlo
   for (const FieldDef& field : table.fields) {
     char* bytes = record + field.offset;
     if (field.kind == FieldKind::kText) {
-      TextFromColumn(ColumnText(row, column), exactRecord == nullptr ? nullptr : exactRecord + field.offset,
-                     bytes, field.width);
+      const bool isEmpty = exactRecord == nullptr && sqlite3_column_bytes(row, column) == 0;
+      if (!isEmpty)  // else it is as the block's place for a record begins; most fields of most records are
+        TextFromColumn(ColumnText(row, column), exactRecord == nullptr ? nullptr : exactRecord + field.offset,
+                       bytes, field.width);
     } else {
       NumberFromColumn(sqlite3_column_int64(row, column), field.kind, bytes);
     }
@@ -319,17 +321,20 @@ void SqliteEngine::EndReads() {
   if (--readDepth_ == 0 && mode_ == Mode::kReading) Rollback();
 }
 
-Result SqliteEngine::ChangeStamp(const TableDef& table, std::int64_t& stamp) {
+Result SqliteEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) {
   StartClock();
+  if (stampReads_.size() <= tables.size()) stampReads_.resize(tables.size() + 1);
   sqlite3_stmt* statement =
-      Prepared(stampRead_, [] { return "SELECT stamp FROM change_stamp WHERE tableName = ?"; });
+      Prepared(stampReads_[tables.size()], [&] { return ChangeStampsSql(tables.size()); });
   if (statement == nullptr) return LastError();
   const StatementUse use(statement);
-  BindText(statement, 1, table.name);
+  int at = 1;
+  for (const TableId table : tables) BindText(statement, at++, GetTable(table).name);
   const int code = sqlite3_step(statement);
-  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
-  stamp = sqlite3_column_int64(statement, 0);
-  if (dirty_[static_cast<std::size_t>(table.id)]) ++stamp;
+  if (code != SQLITE_ROW) return FromSqlite(code);
+  if (sqlite3_column_type(statement, 0) != SQLITE_INTEGER) return Result::kDamaged;
+  sum = sqlite3_column_int64(statement, 0);
+  for (const TableId table : tables) sum += dirty_[static_cast<std::size_t>(table)] ? 1 : 0;
   return Result::kDone;
 }
 

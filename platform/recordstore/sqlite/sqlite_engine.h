@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -30,7 +32,7 @@ class SqliteEngine final : public Engine {
   Result EndUnit(bool worked) override;
   void BeginReads() override;
   void EndReads() override;
-  Result ChangeStamp(const TableDef& table, std::int64_t& stamp) override;
+  Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
   std::uint64_t WriteCount(const TableDef& table) const override;
   Result CheckIntegrity(std::string& finding) override;
@@ -68,7 +70,9 @@ class SqliteEngine final : public Engine {
   Connection connection_;
   bool canWrite_;
   std::vector<TableStatements> statements_;
-  Statement stampRead_, stampWrite_, numberNext_;
+  std::map<std::string, std::vector<Statement>> partReads_;  // as TableStatements' reads, by TableDef::part
+  std::vector<Statement> stampReads_;                        // by the number of tables
+  Statement stampWrite_, numberNext_;
   std::vector<std::uint64_t> writeCounts_;
   std::vector<bool> dirty_;  // tables written in the transaction that is open
   Mode mode_ = Mode::kIdle;

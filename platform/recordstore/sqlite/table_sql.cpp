@@ -76,4 +76,10 @@ std::string ReadSql(const TableDef& table, const KeyDef& key, Range range) {
   return {};
 }
 
+std::string ChangeStampsSql(std::size_t tables) {
+  std::string sql = "SELECT 0";
+  for (std::size_t i = 0; i < tables; ++i) sql += " + (SELECT stamp FROM change_stamp WHERE tableName = ?)";
+  return sql;
+}
+
 }  // namespace kova::store

@@ -28,4 +28,7 @@ inline constexpr std::size_t kRanges = 8;
 /// The same columns. Parameters: the key unless kFirst or kLast, the id for the last two, then the limit.
 std::string ReadSql(const TableDef& table, const KeyDef& key, Range range);
 
+/// The sum of that many tables' change stamps, their names as parameters; NULL when one has none.
+std::string ChangeStampsSql(std::size_t tables);
+
 }  // namespace kova::store

@@ -1,0 +1,127 @@
+// play_day: a day at the reception on a display that nobody has to sit at. Opens the board as a host does,
+// moves patients through it by the board's own buttons, leaves pictures, and prints what was written, read
+// back from the database.
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "entry/kova_com_dlg.h"
+#include "hosts/console/console.h"
+#include "hosts/console/practice.h"
+#include "hosts/day/columns.h"
+#include "hosts/person/window_driver.h"
+#include "platform/os/filesystem_path.h"
+#include "platform/os/program.h"
+#include "platform/text932/cp932.h"
+
+namespace kova::hosts {
+namespace {
+
+using store::GetText;
+
+// The board's controls.
+constexpr int kBefore = 8123, kStaged = 8128, kFinished = 8125;
+constexpr int kBeforeToNext = 8131, kForward = 8133, kBack = 8134, kToFinished = 8127, kClose = IDCANCEL;
+constexpr int kByDateAndTime = 6;  // key of the reservations
+
+int Rows(HWND board, int list) { return ListView_GetItemCount(person::Item(board, list)); }
+
+/// Selects the first `count` rows of a list and presses a button; waits until the rows of `other` list are
+/// `more` more.
+void Move(HWND board, int list, int count, int button, int other, int more) {
+  HWND rows = person::Item(board, list);
+  const int before = Rows(board, other);
+  SendMessageW(board, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(rows), TRUE);
+  ListView_SetItemState(rows, -1, 0, LVIS_SELECTED);
+  for (int row = 0; row < count; ++row) ListView_SetItemState(rows, row, LVIS_SELECTED, LVIS_SELECTED);
+  person::WaitFor("the button", [&] { return IsWindowEnabled(person::Item(board, button)) != 0; });
+  person::Press(board, button);
+  person::WaitFor("the move", [&] { return Rows(board, other) == before + more; });
+}
+
+void Play() {
+  HWND board = person::Dialog("来院の流れ");
+  person::Photograph(board, "board-1-morning");
+  Move(board, kBefore, 5, kBeforeToNext, kStaged, 5);
+  person::Photograph(board, "board-2-five-have-come");
+  // Within the stage list rows keep their number: what changes is their column.
+  HWND staged = person::Item(board, kStaged);
+  const auto column = [&](int row, int at) { return !person::ListCell(staged, row, at).empty(); };
+  const auto inColumn = [&](int at) {
+    int count = 0;
+    for (int row = 0; row < Rows(board, kStaged); ++row) count += column(row, at) ? 1 : 0;
+    return count;
+  };
+  const auto step = [&](int count, int button, int to) {
+    const int before = inColumn(to);
+    Move(board, kStaged, count, button, kStaged, 0);
+    person::WaitFor("the stage", [&] { return inColumn(to) != before; });
+  };
+  step(2, kForward, 1);
+  step(1, kForward, 2);
+  step(1, kBack, 2);
+  person::Photograph(board, "board-3-in-treatment");
+  Move(board, kStaged, 3, kToFinished, kFinished, 3);
+  person::Photograph(board, "board-4-finished");
+  person::Press(board, kClose);
+  person::WaitUntilClosed(board);
+}
+
+std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
+
+/// What the reservations of the day hold, of those that were moved since `from` (HHMM).
+std::vector<std::vector<std::string>> MovedRows(CKovaDBSys& db, const std::string& date,
+                                                const std::string& from) {
+  const CKovaReads reads(&db);
+  CReservationDB table(nullptr, 0);
+  CPatientDB patients(nullptr, 0);
+  std::vector<std::vector<std::string>> rows;
+  if (table.SetAssociatedDB(&db) != 0 || patients.SetAssociatedDB(&db) != 0) return rows;
+  table.SetKey(kByDateAndTime);
+  table.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
+  for (int result = table.GetGREQ(); result == 0 && GetText(table.record.reservationDate) == date;
+       result = table.GetNEXT()) {
+    const tagRESERVATION& record = table.record;
+    if (GetText(record.stageTime) < from) continue;
+    (void)patients.GetPatient1Data(std::string(GetText(record.patientCode)).c_str());
+    rows.push_back({Utf8(GetText(record.startTime)), Utf8(GetText(patients.record.name)),
+                    Utf8(GetText(record.stageCode)), Utf8(GetText(record.stageTime)),
+                    Utf8(GetText(record.finishTime)), record.visited != 0 ? "yes" : "no",
+                    Utf8(GetText(record.saleNumber))});
+  }
+  return rows;
+}
+
+std::string Now(const char* format) {
+  const std::time_t now = std::time(nullptr);
+  char text[32];
+  std::strftime(text, sizeof text, format, std::localtime(&now));
+  return text;
+}
+
+int Main(const std::vector<std::string>& arguments) {
+  if (arguments.size() != 2 || arguments[0] != "--app") throw UsageError("usage: play_day --app FILE.ini");
+  Practice practice;
+  practice.UseProfile(AbsoluteName(arguments[1]));
+  std::filesystem::current_path(os::ToFilesystemPath(os::ProgramFolder()));
+  const std::string date = Now("%Y%m%d");
+  const std::string from = Now("%H%M");
+  std::string folder = practice.DatabaseFolder();
+  const std::string failure = person::Drive([&] { CKovaComDlg::OpenVisitFlowDialog(date.c_str()); }, Play);
+  Print("Moved on the board of " + date + ", as the database now holds it:\n\n");
+  Print(FormatTable({{"time"}, {"patient"}, {"stage"}, {"moved"}, {"finished"}, {"visited"}, {"sale number"}},
+                    MovedRows(practice.Database(), date, from)));
+  if (!failure.empty()) throw UsageError("the day could not be played: " + failure);
+  return 0;
+}
+
+}  // namespace
+}  // namespace kova::hosts
+
+int main(int argc, char** argv) { return kova::hosts::RunConsole("play_day", argc, argv, kova::hosts::Main); }

@@ -1,0 +1,25 @@
+#pragma once
+
+// Numbers of the reception's window, shared with reception.rc.
+
+#define IDD_RECEPTION 101
+#define IDR_MENU 102
+#define IDR_KEYS 103
+
+#define IDC_DATE 1001
+#define IDC_BOARD 1002
+#define IDC_PATIENT 1003
+#define IDC_QUERY 1004
+#define IDC_TYPE 1005
+#define IDC_UNIT 1006
+#define IDC_DOCTOR 1007
+#define IDC_STAFF 1008
+#define IDC_TIME 1009
+#define IDC_RESERVE 1010
+#define IDC_STATUS 1011
+
+#define IDM_QUERY_ID 2001
+#define IDM_QUERY_KANA 2002
+#define IDM_QUERY_NAME 2003
+#define IDM_TEMPLATE_TREE 2010
+#define IDM_TEMPLATE 2020  // and the next five: one for each use of a template

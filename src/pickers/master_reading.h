@@ -1,0 +1,94 @@
+#pragma once
+
+// For this room's own use: the one walk through a master table, and what is kept of it with the connection.
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/recordstore/kovadbcall.h"
+
+namespace kova::pickers {
+
+template <typename Record>
+struct MasterRecords {
+  std::vector<Record> records;  // in the order of lists
+  int result = 0;               // the record store's; 0 also for a table without records
+};
+
+template <typename Table>
+using RecordOf = decltype(Table::record);
+
+/// A whole master table, in the order of lists.
+struct WholeTable {
+  static constexpr std::size_t kWidth = 0;
+  std::string_view First() const { return {}; }
+  template <typename Record>
+  bool Holds(const Record&) const {
+    return true;
+  }
+};
+
+/// The records of a master table whose field `kField`, the first one of the list order, has one value.
+template <auto kField>
+struct Group;
+template <typename Record, std::size_t Width, char (Record::*kField)[Width]>
+struct Group<kField> {
+  static constexpr std::size_t kWidth = Width;
+  std::string_view value;
+  std::string_view First() const { return value; }
+  bool Holds(const Record& record) const { return store::GetText(record.*kField) == value; }
+};
+
+/// Reads through `table`, which is bound to the connection and closed again.
+template <typename Table, typename Part>
+MasterRecords<RecordOf<Table>> ReadMaster(CKovaDBSys* db, Table& table, const Part& part) {
+  constexpr int kListOrder = 1;  // of every master table: the group, the place in lists, the code
+  char key[Part::kWidth + sizeof table.record.sortOrder + sizeof table.record.code] = {};
+  part.First().copy(key, sizeof key);
+  const CKovaReads reads(db);
+  MasterRecords<RecordOf<Table>> read;
+  read.result = table.SetAssociatedDB(db);
+  if (read.result == 0) read.result = table.SetKey(kListOrder);
+  table.SetKeyBuffer(key, sizeof key);
+  if (read.result == 0) read.result = table.GetGREQ();
+  for (; read.result == 0 && part.Holds(table.record); read.result = table.GetNEXT())
+    read.records.push_back(table.record);
+  table.Close();
+  if (read.result == static_cast<int>(store::Result::kEndOfTable)) read.result = 0;
+  return read;
+}
+
+template <typename Table, typename Part>
+MasterRecords<RecordOf<Table>> ReadMaster(CKovaDBSys* db, const Part& part) {
+  Table table(nullptr, 0);
+  return ReadMaster(db, table, part);
+}
+
+template <typename Record>
+struct KeptRecords final : CKovaKept {
+  KeptRecords(long long stampOfTable, std::vector<Record> kept)
+      : stamp(stampOfTable), records(std::move(kept)) {}
+  const long long stamp;
+  const std::vector<Record> records;
+};
+
+/// The same through what is kept with the connection under `name`, while the table `id` is as it was then. A
+/// connection whose cache is switched off reads, and keeps nothing.
+template <typename Table, typename Part>
+MasterRecords<RecordOf<Table>> ReadMasterCached(CKovaDBSys* db, store::TableId id, const std::string& name,
+                                                const Part& part) {
+  using Kept = KeptRecords<RecordOf<Table>>;
+  long long stamp = 0;
+  // The stamp is read before the records: were they changed in between, the next call sees a newer one.
+  if (db == nullptr || db->useCache == 0 || db->GetChangeStamp({id}, stamp) != 0)
+    return ReadMaster<Table>(db, part);
+  const auto* kept = static_cast<const Kept*>(db->GetKept(name.c_str()));
+  if (kept != nullptr && kept->stamp == stamp) return {kept->records, 0};
+  MasterRecords<RecordOf<Table>> read = ReadMaster<Table>(db, part);
+  db->SetKept(name.c_str(), read.result == 0 ? new Kept(stamp, read.records) : nullptr);
+  return read;
+}
+
+}  // namespace kova::pickers

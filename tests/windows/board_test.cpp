@@ -1,0 +1,194 @@
+// The visit flow board in a real window, worked as the reception works it.
+
+#include <afxwin.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "entry/kova_com_dlg.h"
+#include "entry/kova_sub_tools.h"
+#include "hosts/person/window_driver.h"
+#include "platform/os/clock.h"
+#include "tests/windows/window_practice.h"
+#include "visitflow/win32/visit_flow_dlg.h"
+
+namespace {
+
+using namespace kova::person;
+using kova::store::GetText;
+using kova::store::PutText;
+using kova::testing::WindowPractice;
+using kova::testing::Work;
+using kova::visitflow::BoardButton;
+using Board = kova::visitflow::CVisitFlowDlg;
+using T = CKovaSubTools;
+
+constexpr const char* kTitle = "来院の流れ";
+constexpr const char* kDay = "20241124";
+
+int Button(BoardButton button) { return static_cast<int>(button); }
+
+class VisitFlowWindow : public testing::Test {
+ protected:
+  void AddStage(const char* code, const char* name, const char* marker = "") {
+    tagCATEGORY stage{};
+    PutText(stage.classCode, "5");
+    PutText(stage.code, code);
+    PutText(stage.name, name);
+    PutText(stage.sortOrder, code);
+    PutText(stage.marker, marker);
+    Insert<CCategoryDB>(stage);
+  }
+  /// A patient and a reservation of the day, both numbered `number`.
+  void AddVisit(int number, const char* name, const char* stage, const char* stageTime) {
+    const std::string code = std::to_string(100 + number);
+    tagPATIENTDB patient{};
+    PutText(patient.patientCode, code);
+    PutText(patient.caseNumber, code);
+    PutText(patient.name, name);
+    Insert<CPatientDB>(patient);
+    tagRESERVATION reservation{};
+    PutText(reservation.reservationNumber, Key(number));
+    PutText(reservation.patientCode, code);
+    PutText(reservation.reservationDate, kDay);
+    PutText(reservation.startTime, "0900");
+    PutText(reservation.stageCode, stage);
+    PutText(reservation.stageTime, stageTime);
+    Insert<CReservationDB>(reservation);
+  }
+  void AddDay() {
+    AddStage("10", "受付済");
+    AddStage("20", "診療中");
+    AddStage("90", "旧：検査", "__");
+    for (int i = 1; i <= 4; ++i) AddVisit(i, "山田　表太郎", "", "");
+    AddVisit(5, "能登　予以子", "10", "0930");
+    AddVisit(6, "長い名前の患者・ソフィア・マリア・フォン・ヴァイス", "20", "1415");
+    AddVisit(7, "佐藤　十", "01", "1001");
+  }
+  static std::string Key(int number) { return "00000000000" + std::to_string(number); }
+
+  template <typename Table, typename Record>
+  void Insert(const Record& record) {
+    Table table(nullptr, 0);
+    ASSERT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    table.record = record;
+    ASSERT_EQ(table.Insert(), 0);
+  }
+  tagRESERVATION Read(int number) {
+    CReservationDB table(nullptr, 0);
+    EXPECT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    EXPECT_EQ(table.GetReservationData(Key(number).c_str()), 0);
+    return table.record;
+  }
+  /// Another workstation's move.
+  void MoveElsewhere(int number, const char* stage) {
+    CReservationDB table(nullptr, 0);
+    ASSERT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    ASSERT_EQ(table.GetReservationData(Key(number).c_str()), 0);
+    PutText(table.record.stageCode, stage);
+    ASSERT_EQ(table.Update(UPDATE_ALWAYS), 0);
+  }
+  static void Select(HWND board, int list, std::vector<int> rows) {
+    HWND window = Item(board, list);
+    SendMessageW(board, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window), TRUE);
+    ListView_SetItemState(window, -1, 0, LVIS_SELECTED);
+    for (const int row : rows)
+      ListView_SetItemState(window, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  }
+  static void WaitForRows(HWND board, int before, int staged, int finished) {
+    WaitFor("the rows", [&] {
+      return ListView_GetItemCount(Item(board, Board::kBeforeList)) == before &&
+             ListView_GetItemCount(Item(board, Board::kStagedList)) == staged &&
+             ListView_GetItemCount(Item(board, Board::kFinishedList)) == finished;
+    });
+  }
+
+  WindowPractice practice_{"board"};
+};
+
+TEST_F(VisitFlowWindow, MovesPatientsThroughTheDay) {
+  AddDay();
+  Work([] { EXPECT_EQ(CKovaComDlg::OpenVisitFlowDialog(2024, 11, 24), 2); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         EXPECT_EQ(Shown(Item(board, Board::kDate)), "2024/11/24");
+         WaitForRows(board, 4, 2, 1);
+         EXPECT_EQ(ListCell(Item(board, Board::kStagedList), 0, 0), "105  能登　予以子      9:30");
+         EXPECT_EQ(ListCell(Item(board, Board::kStagedList), 1, 0), "");
+         EXPECT_EQ(Faults(board), "");
+         EXPECT_FALSE(IsWindowEnabled(Item(board, Button(BoardButton::kBeforeToNext))));
+         Select(board, Board::kBeforeList, {0, 2});
+         Photograph(board, "board");
+         Press(board, Button(BoardButton::kBeforeToNext));
+         WaitForRows(board, 2, 4, 1);
+         // By keys: the selection went along with its rows' list, so another one is made.
+         Select(board, Board::kStagedList, {0});
+         PressKey(Item(board, Board::kStagedList), VK_RIGHT, true);
+         WaitFor("the next stage", [&] { return !ListCell(Item(board, Board::kStagedList), 0, 1).empty(); });
+         EXPECT_EQ(ListView_GetItemState(Item(board, Board::kStagedList), 0, LVIS_SELECTED),
+                   UINT{LVIS_SELECTED});
+         Press(board, Button(BoardButton::kStageToFinished));
+         WaitForRows(board, 2, 3, 2);
+         Select(board, Board::kFinishedList, {0});
+         PressKey(Item(board, Board::kFinishedList), VK_LEFT, true);
+         WaitForRows(board, 2, 4, 1);
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+  EXPECT_EQ(GetText(Read(3).stageCode), "10");
+  EXPECT_EQ(Read(3).visited, 1);
+  EXPECT_EQ(GetText(Read(3).stageTime).size(), 4U);
+  EXPECT_EQ(GetText(Read(1).stageCode), "20");  // forward, finished, back to the last stage
+}
+
+TEST_F(VisitFlowWindow, SeesOtherWorkstationsAndWritesNothingBlindly) {
+  AddDay();
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         Select(board, Board::kBeforeList, {1, 3});
+         MoveElsewhere(1, "20");
+         MoveElsewhere(4, "10");
+         Press(board,
+               Button(BoardButton::kBeforeToNext));  // rows 2 and 4: the second was moved by the other one
+         WaitForRows(board, 1, 5, 1);
+         EXPECT_NE(Shown(Item(board, Board::kStatus)).find("他の端末で先に移動されています"),
+                   std::string::npos);
+         // An automatic refresh keeps what is selected, and tells of the other's next move.
+         Select(board, Board::kBeforeList, {0});
+         Press(board, Board::kAuto);
+         MoveElsewhere(2, "01");
+         WaitForRows(board, 1, 4, 2);
+         EXPECT_EQ(ListView_GetSelectedCount(Item(board, Board::kBeforeList)), 1U);
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+  EXPECT_EQ(GetText(Read(4).stageCode), "10");
+  EXPECT_EQ(Read(4).visited, 0);
+  EXPECT_EQ(T::GetGlobalSettingInt("KOVACOM", "VisitFlowAutoUpdate", 0), 1);
+  EXPECT_GT(T::GetGlobalSettingInt("KOVACOM", "VisitFlowWindowWidth", 0), 0);
+}
+
+TEST_F(VisitFlowWindow, HasTwoListsWithoutStagesAndRefusesHalfADate) {
+  AddVisit(1, "山田　表太郎", "07", "930");
+  EXPECT_EQ(CKovaComDlg::OpenVisitFlowDialog("2024112"), -1);
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         WaitForRows(board, 1, 0, 0);
+         EXPECT_FALSE(IsWindowVisible(Item(board, Board::kStagedList)));
+         EXPECT_EQ(ListCell(Item(board, Board::kBeforeList), 0, 0), "101  山田　表太郎");
+         EXPECT_EQ(Faults(board), "");
+         Photograph(board, "board_two_lists");
+         Select(board, Board::kBeforeList, {0});
+         Press(board, Button(BoardButton::kBeforeToNext));
+         WaitForRows(board, 0, 0, 1);
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+  EXPECT_EQ(GetText(Read(1).stageCode), "01");
+  EXPECT_EQ(GetText(Read(1).finishTime).size(), 4U);
+}
+
+}  // namespace
