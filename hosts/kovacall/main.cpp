@@ -3,6 +3,7 @@
 #include "hosts/console/console.h"
 #include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/board_commands.h"
+#include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/operation.h"
 #include "hosts/kovacall/table_commands.h"
 
@@ -23,6 +24,7 @@ constexpr std::string_view kUsage =
 std::vector<TableCommand> Commands() {
   std::vector<TableCommand> all = TableCommands();
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
+  all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
   return all;
 }
 

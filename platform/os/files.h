@@ -66,6 +66,11 @@ class Files {
   /// whoever asks. A folder is kFailed.
   [[nodiscard]] virtual FileOutcome Delete(std::string_view path) = 0;
 
+  /// Gives the file `from` the name `to`, in one step and durably; a file that has that name already stays
+  /// (kChanged). Both names are in the same folder. Waits shortly for a file that others hold (kBusy). Of two
+  /// processes that rename the same file one is told kNotThere.
+  [[nodiscard]] virtual FileOutcome Rename(std::string_view from, std::string_view to) = 0;
+
   /// Gives the file at `path` the bytes `content`, whole and durably: they are written to a file beside it
   /// (the name with ".new" behind it), flushed, and renamed over it. Whatever happens, power loss included,
   /// the file is the old one or the new one. A read-only file is left alone, whoever asks. `precondition` is

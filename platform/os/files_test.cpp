@@ -68,6 +68,17 @@ TEST_F(RealFilesTest, PreconditionIsChecked) {
   EXPECT_EQ(Count(), 1u);
 }
 
+TEST_F(RealFilesTest, RenamesOnceAndOverNothing) {
+  const std::string other = folder.Path() + "表.dat";
+  EXPECT_EQ(files.Rename(file, other), FileOutcome::kNotThere);
+  ASSERT_EQ(files.Replace(file, "one"), FileOutcome::kOk);
+  EXPECT_EQ(files.Rename(file, other), FileOutcome::kOk);
+  EXPECT_EQ(files.Rename(file, other), FileOutcome::kNotThere);
+  ASSERT_EQ(files.Replace(file, "two"), FileOutcome::kOk);
+  EXPECT_EQ(files.Rename(file, other), FileOutcome::kChanged);
+  EXPECT_EQ(Content(file) + Content(other), "twoone");
+}
+
 TEST_F(RealFilesTest, ReadLimits) {
   ASSERT_EQ(files.Replace(file, "0123456789"), FileOutcome::kOk);
   std::string content;

@@ -8,4 +8,8 @@ namespace kova::os {
 /// page 932 cannot hold it.
 std::string ProgramFolder();
 
+/// The name of this machine in the practice's network; empty when it cannot be told or code page 932 cannot
+/// hold it.
+std::string WorkstationName();
+
 }  // namespace kova::os

@@ -10,6 +10,7 @@
 #include "entry/kova_sub_tools.h"
 #include "hosts/person/window_driver.h"
 #include "platform/os/clock.h"
+#include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
 #include "visitflow/win32/visit_flow_dlg.h"
 
@@ -155,10 +156,14 @@ TEST_F(VisitFlowWindow, SeesOtherWorkstationsAndWritesNothingBlindly) {
          WaitForRows(board, 1, 5, 1);
          EXPECT_NE(Shown(Item(board, Board::kStatus)).find("他の端末で先に移動されています"),
                    std::string::npos);
-         // An automatic refresh keeps what is selected, and tells of the other's next move.
+         // An automatic refresh keeps what is selected, and tells of another program's move.
          Select(board, Board::kBeforeList, {0});
          Press(board, Board::kAuto);
-         MoveElsewhere(2, "01");
+         const std::string finish = std::to_string(Button(BoardButton::kStageToFinished));
+         const auto run =
+             kova::testing::RunProgram(kova::testing::BuiltProgram("kovacall"),
+                                       {"--app", practice_.Profile(), "board-move", kDay, finish, Key(2)});
+         EXPECT_EQ(run.code, 0) << run.err;
          WaitForRows(board, 1, 4, 2);
          EXPECT_EQ(ListView_GetSelectedCount(Item(board, Board::kBeforeList)), 1U);
          Press(board, IDCANCEL);

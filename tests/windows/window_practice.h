@@ -30,6 +30,8 @@ class WindowPractice {
   }
 
   const std::string& Folder() const { return folder_.Path(); }
+  /// The application profile as a program's argument.
+  std::string Profile() const { return folder_.Argument() + "app.ini"; }
   CKovaDBSys& Database() { return database_; }
 
  private:

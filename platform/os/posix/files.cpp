@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
 #include <utility>
 
@@ -172,6 +173,20 @@ class PosixFiles final : public Files {
     if (::unlink(name.c_str()) != 0) return OutcomeOf(errno);
     FlushFolder(name);
     return FileOutcome::kOk;
+  }
+
+  FileOutcome Rename(std::string_view from, std::string_view to) override {
+    const std::string source = NativePath(from);
+    const std::string target = NativePath(to);
+    int error =
+        ::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0 ? 0 : errno;
+    if (error == EINVAL || error == ENOSYS) {  // a file system that cannot rename so
+      if (Kind(to) != PathKind::kNothing) return FileOutcome::kChanged;
+      error = ::rename(source.c_str(), target.c_str()) == 0 ? 0 : errno;
+    }
+    if (error == EEXIST) return FileOutcome::kChanged;
+    if (error == 0) FlushFolder(target);
+    return OutcomeOf(error);
   }
 
   FileOutcome Replace(std::string_view path, std::string_view content,

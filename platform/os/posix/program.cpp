@@ -19,4 +19,10 @@ std::string ProgramFolder() {
   return std::string(FolderOf(text932::ReplaceAll(path, "/", "\\")));
 }
 
+std::string WorkstationName() {
+  char host[256] = {};
+  std::string name;
+  return ::gethostname(host, sizeof host - 1) == 0 && text932::FromUtf8(host, name) ? name : std::string();
+}
+
 }  // namespace kova::os

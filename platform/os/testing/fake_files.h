@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/os/application_profile.h"
@@ -15,7 +16,7 @@
 
 namespace kova::os::testing {
 
-enum class FakeStep { kNone, kRead, kMakeFolder, kWrite, kRename, kLock, kList, kDelete };
+enum class FakeStep { kNone, kRead, kMakeFolder, kWrite, kRename, kLock, kList, kDelete, kMove };
 
 class FakeFiles final : public Files {
  public:
@@ -26,6 +27,7 @@ class FakeFiles final : public Files {
   FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
   std::function<void()> beforeRename = [] {};  // another program's doing in between
   int reads = 0;
+  int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
 
   FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
@@ -39,6 +41,7 @@ class FakeFiles final : public Files {
   }
 
   PathKind Kind(std::string_view path) override {
+    ++questions;
     if (folders.contains(DropTrailingDelimiter(path))) return PathKind::kFolder;
     return contents.contains(path) ? PathKind::kFile : PathKind::kNothing;
   }
@@ -66,6 +69,17 @@ class FakeFiles final : public Files {
     const auto found = contents.find(path);
     if (found == contents.end()) return FileOutcome::kNotThere;
     contents.erase(found);
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Rename(std::string_view from, std::string_view to) override {
+    if (failing == FakeStep::kMove) return failure;
+    beforeRename();
+    if (Kind(to) != PathKind::kNothing) return FileOutcome::kChanged;
+    auto moved = contents.extract(std::string(from));
+    if (moved.empty()) return FileOutcome::kNotThere;
+    moved.key() = to;
+    contents.insert(std::move(moved));
     return FileOutcome::kOk;
   }
 

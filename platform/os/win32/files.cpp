@@ -191,6 +191,18 @@ class Win32Files final : public Files {
     return Retry(kMovePatience, true, remove) ? FileOutcome::kOk : LastOutcome();
   }
 
+  FileOutcome Rename(std::string_view from, std::string_view to) override {
+    const std::wstring source = NativePath(from);
+    const std::wstring target = NativePath(to);
+    const auto move = [&] {
+      return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
+    };
+    if (Retry(kMovePatience, true, move)) return FileOutcome::kOk;
+    const DWORD error = GetLastError();
+    const bool taken = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
+    return taken ? FileOutcome::kChanged : OutcomeOf(error);
+  }
+
   FileOutcome Replace(std::string_view path, std::string_view content,
                       const Precondition& precondition) override {
     const std::wstring target = NativePath(path);

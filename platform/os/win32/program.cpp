@@ -42,4 +42,12 @@ std::string ProgramFolder() {
   return std::string(FolderOf(path));
 }
 
+std::string WorkstationName() {
+  wchar_t host[MAX_COMPUTERNAME_LENGTH + 1] = {};
+  DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+  std::string name;
+  return GetComputerNameW(host, &length) && ToPath932(std::wstring(host, length), name) ? name
+                                                                                        : std::string();
+}
+
 }  // namespace kova::os
