@@ -6,6 +6,7 @@
 #include "entry/host_prompts.h"
 #include "entry/kova_sub_tools.h"
 #include "entry/session.h"
+#include "entry/template_session.h"
 #include "foundation/folders.h"
 #include "mail/mail_programs.h"
 #include "mail/reservation_mail.h"
@@ -18,13 +19,10 @@
 using namespace kova;
 using entry::Guarded;
 using entry::Session;
+using entry::TemplateSession;
 using entry::View;
 
 namespace {
-
-struct TemplateSession : Session {
-  mail::TemplateStore templates{files, foundation::TemplatesFolder(profile)};
-};
 
 // Unlike the other operations' texts these may hold zero bytes.
 CString WholeText(const std::string& text) { return CString(text.c_str(), static_cast<int>(text.size())); }

@@ -20,4 +20,10 @@ bool MessagePrompts::AskYesNo(std::string_view text) {
 
 void MessagePrompts::Inform(std::string_view text) { Show(text, MB_OK | MB_ICONINFORMATION); }
 
+bool DialogPrompts::AskYesNo(std::string_view text) {
+  return MessagePrompts(dialog_.Handle()).AskYesNo(text);
+}
+
+void DialogPrompts::Inform(std::string_view text) { MessagePrompts(dialog_.Handle()).Inform(text); }
+
 }  // namespace kova::window

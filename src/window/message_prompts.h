@@ -20,4 +20,19 @@ class MessagePrompts final : public foundation::Prompts {
   HWND owner_;
 };
 
+class Dialog;
+
+/// Prompts over a dialog, whatever window it has by the time that something is asked.
+class DialogPrompts final : public foundation::Prompts {
+ public:
+  /// `dialog` must outlive it.
+  explicit DialogPrompts(const Dialog& dialog) : dialog_(dialog) {}
+
+  bool AskYesNo(std::string_view text) override;
+  void Inform(std::string_view text) override;
+
+ private:
+  const Dialog& dialog_;
+};
+
 }  // namespace kova::window

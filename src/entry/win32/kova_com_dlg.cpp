@@ -7,6 +7,7 @@
 #include "entry/host_prompts.h"
 #include "entry/kova_sub_tools.h"
 #include "entry/session.h"
+#include "entry/template_session.h"
 #include "foundation/folders.h"
 #include "mail/template_roles.h"
 #include "mail/template_store.h"
@@ -20,16 +21,13 @@
 using namespace kova;
 using entry::Guarded;
 using entry::Session;
+using entry::TemplateSession;
 using entry::ToCString;
 using entry::View;
 
 namespace {
 
 HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
-
-struct TemplateSession : Session {
-  mail::TemplateStore templates{files, foundation::TemplatesFolder(profile)};
-};
 
 /// The chosen number to the caller: 1; 0 when nothing was chosen.
 int Choose(const std::optional<int>& chosen, int* number) {

@@ -1,14 +1,12 @@
 #include "mail/win32/template_editor_dialog.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "mail/mail_preview.h"
 #include "mail/placeholders.h"
 #include "mail/win32/mail_preview_dialog.h"
 #include "mail/win32/template_tree_dialog.h"
 #include "platform/os/clock.h"
-#include "window/message_prompts.h"
 #include "window/wide_text.h"
 
 namespace kova::mail {
@@ -32,26 +30,11 @@ std::string MeaningOf(Placeholder placeholder) {
 
 }  // namespace
 
-/// The prompts of the editor, over whatever window the dialog has by then.
-class TemplateEditorDialog::Prompting final : public foundation::Prompts {
- public:
-  explicit Prompting(const Dialog& dialog) : dialog_(dialog) {}
-  bool AskYesNo(std::string_view text) override { return Boxes().AskYesNo(text); }
-  void Inform(std::string_view text) override { Boxes().Inform(text); }
-
- private:
-  window::MessagePrompts Boxes() const { return window::MessagePrompts(dialog_.Handle()); }
-  const Dialog& dialog_;
-};
-
 TemplateEditorDialog::TemplateEditorDialog(const Desk& desk, TemplateRole role)
     : Dialog("メール用テンプレートの設定", {760, 520}),
       desk_(desk),
       role_(role),
-      prompts_(std::make_unique<Prompting>(*this)),
-      editor_(desk.store, desk.settings, *prompts_, role) {}
-
-TemplateEditorDialog::~TemplateEditorDialog() = default;
+      editor_(desk.store, desk.settings, prompts_, role) {}
 
 std::optional<int> TemplateEditorDialog::Run(HWND parent) {
   return RunModal(parent) == IDOK ? chosen_ : std::nullopt;

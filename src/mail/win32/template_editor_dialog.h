@@ -2,7 +2,6 @@
 
 // "メール用テンプレートの設定": the editor of the practice's mail templates.
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -10,6 +9,7 @@
 #include "mail/template_editor.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "window/dialog.h"
+#include "window/message_prompts.h"
 
 namespace kova::mail {
 
@@ -41,14 +41,11 @@ class TemplateEditorDialog final : public window::Dialog {
 
   /// All must outlive the dialog.
   TemplateEditorDialog(const Desk& desk, TemplateRole role);
-  ~TemplateEditorDialog() override;
 
   /// Runs it; the chosen template when it was closed with OK.
   std::optional<int> Run(HWND parent);
 
  private:
-  class Prompting;
-
   void AddControls() override;
   window::Box Arrange() const override;
   void OnStart() override;
@@ -66,7 +63,7 @@ class TemplateEditorDialog final : public window::Dialog {
 
   Desk desk_;
   TemplateRole role_;
-  std::unique_ptr<Prompting> prompts_;
+  window::DialogPrompts prompts_{*this};
   TemplateEditor editor_;
   std::vector<NamedTemplate> listed_;  // what the name box holds
   std::wstring shownName_;  // what its field shows: a selection changes it before it is asked about

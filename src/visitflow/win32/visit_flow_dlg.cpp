@@ -3,9 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <memory>
 
-#include "window/message_prompts.h"
 #include "window/wide_text.h"
 
 namespace kova::visitflow {
@@ -50,29 +48,11 @@ BoardDesk With(BoardDesk desk, foundation::Prompts& prompts) {
 
 }  // namespace
 
-/// The session's prompts, over this window.
-class CVisitFlowDlg::Prompting final : public foundation::Prompts {
- public:
-  explicit Prompting(const Dialog& dialog) : dialog_(dialog) {}
-  bool AskYesNo(std::string_view text) override {
-    return window::MessagePrompts(dialog_.Handle()).AskYesNo(text);
-  }
-  void Inform(std::string_view text) override { window::MessagePrompts(dialog_.Handle()).Inform(text); }
-
- private:
-  const Dialog& dialog_;
-};
-
 CVisitFlowDlg::CVisitFlowDlg(const BoardDesk& desk, std::string date)
-    : Dialog("来院の流れ", {0, 0}),
-      desk_(desk),
-      prompts_(std::make_unique<Prompting>(*this)),
-      session_(With(desk, *prompts_), std::move(date)) {
+    : Dialog("来院の流れ", {0, 0}), desk_(desk), session_(With(desk, prompts_), std::move(date)) {
   session_.Open();
   Prefer({0, 560});
 }
-
-CVisitFlowDlg::~CVisitFlowDlg() = default;
 
 void CVisitFlowDlg::AddControls() {
   AddFrame(kStrip, "");

@@ -2,7 +2,6 @@
 
 // "来院の流れ": the board of one day, on which the reception moves the patients through it.
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "visitflow/board_session.h"
 #include "visitflow/win32/board_list.h"
 #include "window/dialog.h"
+#include "window/message_prompts.h"
 
 namespace kova::visitflow {
 
@@ -34,15 +34,12 @@ class CVisitFlowDlg final : public window::Dialog {
 
   /// @param desk  what the session stands on; its prompts are replaced by boxes over this window
   CVisitFlowDlg(const BoardDesk& desk, std::string date);
-  ~CVisitFlowDlg() override;
 
  private:
   struct Drag {
     BoardList from;
     int stage;  // of the row that was taken, in the stage list
   };
-  class Prompting;
-
   void AddControls() override;
   window::Box Arrange() const override;
   window::Size SmallestFrame() const override;
@@ -69,7 +66,7 @@ class CVisitFlowDlg final : public window::Dialog {
   std::optional<BoardList> ListOf(HWND window) const;
 
   BoardDesk desk_;
-  std::unique_ptr<Prompting> prompts_;
+  window::DialogPrompts prompts_{*this};
   BoardSession session_;
   BoardListView before_;
   BoardListView staged_;
