@@ -16,6 +16,8 @@ mkdir -p out
 echo "Laying out the sample practice"
 run sample_practice out/practice --seed 1 --today "$today" >out/practice.log
 cat out/practice.log
+# The windows get Japanese fonts from the locale; wine_run.sh takes another one for programs without windows.
+export KOVA_WINE_LOCALE=ja_JP.UTF-8
 export KOVA_OUTBOX="Z:${PWD//\//\\}\\out\\outbox"
 
 if [ -n "${DISPLAY:-}" ]; then
