@@ -87,24 +87,12 @@ std::vector<std::string> FindDue(CKovaDBSys& db, const Request& request) {
   return due;
 }
 
-tagFEEREQUEST FeeOf(const tagRESERVATION& reservation) {
-  tagFEEREQUEST fee{};
-  PutText(fee.patientCode, GetText(reservation.patientCode));
-  PutText(fee.saleDate, GetText(reservation.reservationDate));
-  PutText(fee.categoryCode, GetText(reservation.feeCategoryCode));
-  PutText(fee.itemCode, GetText(reservation.feeItemCode));
-  PutText(fee.itemText, GetText(reservation.feeText));
-  fee.noCategory = reservation.feeNoCategory;
-  fee.amount = reservation.feeAmount;
-  return fee;
-}
-
 /// Inside a transaction: the sale, and its number in the reservation.
 int SellInTransaction(CKovaDBSys& db, CReservationDB& table, const std::string& number) {
   const int found = table.GetReservationData(number.c_str());
   if (found != 0) return found;
   if (!IsDue(table.record)) return 0;  // another workstation was faster
-  tagFEEREQUEST fee = FeeOf(table.record);
+  tagFEEREQUEST fee = FeeRequestOf(table.record);
   const int sold = CKovaSubTools::ReservationToSale(&db, &fee);
   if (sold != 0) return sold;
   PutText(table.record.saleNumber, GetText(fee.saleNumber));

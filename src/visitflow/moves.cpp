@@ -39,22 +39,10 @@ std::string ClockText(const std::optional<std::tm>& now) {
   return now ? TwoDigits(now->tm_hour) + TwoDigits(now->tm_min) : "-1-1";
 }
 
-tagFEEREQUEST FeeOf(const tagRESERVATION& reservation) {
-  tagFEEREQUEST fee{};
-  PutText(fee.patientCode, GetText(reservation.patientCode));
-  PutText(fee.saleDate, GetText(reservation.reservationDate));
-  PutText(fee.categoryCode, GetText(reservation.feeCategoryCode));
-  PutText(fee.itemCode, GetText(reservation.feeItemCode));
-  PutText(fee.itemText, GetText(reservation.feeText));
-  fee.noCategory = reservation.feeNoCategory;
-  fee.amount = reservation.feeAmount;
-  return fee;
-}
-
 int MakeSale(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, tagRESERVATION& reservation) {
   // A patient who was moved back and comes again has paid already.
   if (reservation.hasFee == 0 || !GetText(reservation.saleNumber).empty()) return 0;
-  tagFEEREQUEST fee = FeeOf(reservation);
+  tagFEEREQUEST fee = FeeRequestOf(reservation);
   const int result = reservations::ReservationToSale(settings, db, fee);
   if (result == 0) PutText(reservation.saleNumber, GetText(fee.saleNumber));
   return result;
