@@ -5,9 +5,9 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -32,42 +32,48 @@ constexpr int kByDateAndTime = 6;  // key of the reservations
 
 int Rows(HWND board, int list) { return ListView_GetItemCount(person::Item(board, list)); }
 
-/// Selects the first `count` rows of a list and presses a button; waits until the rows of `other` list are
-/// `more` more.
-void Move(HWND board, int list, int count, int button, int other, int more) {
-  HWND rows = person::Item(board, list);
-  const int before = Rows(board, other);
-  SendMessageW(board, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(rows), TRUE);
-  ListView_SetItemState(rows, -1, 0, LVIS_SELECTED);
-  for (int row = 0; row < count; ++row) ListView_SetItemState(rows, row, LVIS_SELECTED, LVIS_SELECTED);
+/// The rows of a list that have a text in `column`.
+std::vector<int> RowsIn(HWND board, int list, int column) {
+  HWND window = person::Item(board, list);
+  std::vector<int> rows;
+  for (int row = 0; row < Rows(board, list); ++row) {
+    if (!person::ListCell(window, row, column).empty()) rows.push_back(row);
+  }
+  return rows;
+}
+
+/// Where patients stand: a list and, in the stage list, a stage.
+struct Place {
+  int list;
+  int column = 0;
+};
+
+/// Selects the last `count` patients of a place, presses a button, and waits until they are at the other
+/// place.
+void Move(HWND board, Place from, std::size_t count, int button, Place to) {
+  HWND list = person::Item(board, from.list);
+  const std::vector<int> there = RowsIn(board, from.list, from.column);
+  if (there.size() < count) throw std::runtime_error("too few patients to move");
+  const std::size_t before = RowsIn(board, to.list, to.column).size();
+  SendMessageW(board, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(list), TRUE);
+  ListView_SetItemState(list, -1, 0, LVIS_SELECTED);
+  for (std::size_t i = there.size() - count; i < there.size(); ++i)
+    ListView_SetItemState(list, there[i], LVIS_SELECTED, LVIS_SELECTED);
   person::WaitFor("the button", [&] { return IsWindowEnabled(person::Item(board, button)) != 0; });
   person::Press(board, button);
-  person::WaitFor("the move", [&] { return Rows(board, other) == before + more; });
+  person::WaitFor("the move", [&] { return RowsIn(board, to.list, to.column).size() == before + count; });
 }
 
 void Play() {
   HWND board = person::Dialog("来院の流れ");
   person::Photograph(board, "board-1-morning");
-  Move(board, kBefore, 5, kBeforeToNext, kStaged, 5);
+  Move(board, {kBefore}, 5, kBeforeToNext, {kStaged, 0});
   person::Photograph(board, "board-2-five-have-come");
-  // Within the stage list rows keep their number: what changes is their column.
-  HWND staged = person::Item(board, kStaged);
-  const auto column = [&](int row, int at) { return !person::ListCell(staged, row, at).empty(); };
-  const auto inColumn = [&](int at) {
-    int count = 0;
-    for (int row = 0; row < Rows(board, kStaged); ++row) count += column(row, at) ? 1 : 0;
-    return count;
-  };
-  const auto step = [&](int count, int button, int to) {
-    const int before = inColumn(to);
-    Move(board, kStaged, count, button, kStaged, 0);
-    person::WaitFor("the stage", [&] { return inColumn(to) != before; });
-  };
-  step(2, kForward, 1);
-  step(1, kForward, 2);
-  step(1, kBack, 2);
+  Move(board, {kStaged, 0}, 2, kForward, {kStaged, 1});
+  Move(board, {kStaged, 1}, 2, kForward, {kStaged, 2});
+  Move(board, {kStaged, 2}, 1, kBack, {kStaged, 1});
   person::Photograph(board, "board-3-in-treatment");
-  Move(board, kStaged, 3, kToFinished, kFinished, 3);
+  Move(board, {kStaged, 2}, 3, kToFinished, {kFinished});
   person::Photograph(board, "board-4-finished");
   person::Press(board, kClose);
   person::WaitUntilClosed(board);
@@ -112,7 +118,6 @@ int Main(const std::vector<std::string>& arguments) {
   std::filesystem::current_path(os::ToFilesystemPath(os::ProgramFolder()));
   const std::string date = Now("%Y%m%d");
   const std::string from = Now("%H%M");
-  std::string folder = practice.DatabaseFolder();
   const std::string failure = person::Drive([&] { CKovaComDlg::OpenVisitFlowDialog(date.c_str()); }, Play);
   Print("Moved on the board of " + date + ", as the database now holds it:\n\n");
   Print(FormatTable({{"time"}, {"patient"}, {"stage"}, {"moved"}, {"finished"}, {"visited"}, {"sale number"}},
