@@ -1,5 +1,7 @@
 #include "platform/toollib/tools.h"
 
+#include <afxwin.h>
+
 std::string CTools::MakeDate(std::string_view date) {
   std::string shown(date);
   if (date.size() != 8 || date.find_first_not_of("0123456789") != std::string_view::npos) return shown;
@@ -10,4 +12,11 @@ std::string CTools::WithMaidenName(std::string_view name, std::string_view maide
   std::string shown(name);
   if (!maidenName.empty()) shown.append("（").append(maidenName).append("）");
   return shown;
+}
+
+unsigned CTools::GetCashChangerOption(std::string* device) {
+  CWinApp* app = AfxGetApp();
+  if (device != nullptr)
+    *device = app == nullptr ? "" : app->GetProfileString("CASHCHANGER", "DEVICE", "").GetString();
+  return app == nullptr ? 0 : static_cast<unsigned>(app->GetProfileInt("CASHCHANGER", "OPTION", 0));
 }

@@ -13,4 +13,8 @@ class CTools {
   /// A name with the maiden name behind it, "山田　花子（佐藤）"; the name alone when there is no maiden
   /// name.
   static std::string WithMaidenName(std::string_view name, std::string_view maidenName);
+
+  /// The cash changer of this workstation: non-zero when there is one ("CASHCHANGER"/"OPTION" of the
+  /// application profile). `device` receives what it is called ("DEVICE"); may be null.
+  static unsigned GetCashChangerOption(std::string* device);
 };

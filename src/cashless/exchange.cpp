@@ -10,11 +10,6 @@ using Closing = PaymentView::Closing;
 Exchange::Exchange(os::Files& files, std::string_view folder, PaymentJournal* journal)
     : files_(files), folder_(folder), journal_(journal) {}
 
-bool Exchange::Refuse(std::string_view why) {
-  view_.statusText = why;
-  return false;
-}
-
 bool Exchange::Start(const PaymentRequest& request, const std::tm& now) {
   if (view_.state != kIdle) return false;
   view_ = {};
@@ -38,7 +33,6 @@ bool Exchange::Start(const PaymentRequest& request, const std::tm& now) {
 }
 
 void Exchange::Resume(std::string_view name) {
-  view_ = {};
   name_ = name;
   exchange_.emplace(files_, folder_, name_);
   Wait();
@@ -46,11 +40,7 @@ void Exchange::Resume(std::string_view name) {
 
 void Exchange::Wait() {
   resetAsked_ = false;
-  view_.state = kWaitingForBridge;
-  view_.isTicking = true;
-  view_.kindsEnabled = false;
-  view_.cancelCaption = kStopCaption;
-  view_.statusText = kWaitingText;
+  ShowWaiting(kWaitingForBridge);
 }
 
 const PaymentView& Exchange::Tick() {
@@ -97,13 +87,7 @@ bool Exchange::TakeResult() {
 }
 
 void Exchange::End(PaymentOutcome outcome, int code, bool filesGo) {
-  view_.state = kIdle;
-  view_.isTicking = false;
-  view_.kindsEnabled = true;
-  view_.cancelCaption = kCancelCaption;
-  view_.statusText.clear();
-  view_.outcome = outcome;
-  if (outcome == PaymentOutcome::kUnknown) view_.note = kCheckNote;
+  ShowEnded(outcome);
   // The files are the only other evidence; what is not on record keeps them.
   const bool isRecorded = journal_ == nullptr || journal_->Close(name_, outcome, code) == FileOutcome::kOk;
   if (isRecorded && filesGo) exchange_->Remove();

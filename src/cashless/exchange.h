@@ -1,8 +1,6 @@
 #pragma once
 
-// A payment through the bridge as a decision without a window. The window shows Shown(), ticks every
-// kTickInterval while it says so, and closes when it says so. A window that is to be closed in any way calls
-// Cancel() and stays open unless told to close.
+// A payment through the bridge, by files in the exchange folder.
 
 #include <ctime>
 #include <optional>
@@ -11,11 +9,11 @@
 
 #include "cashless/exchange_files.h"
 #include "cashless/payment_journal.h"
-#include "cashless/payment_view.h"
+#include "cashless/terminal_payment.h"
 
 namespace kova::cashless {
 
-class Exchange {
+class Exchange final : public TerminalPayment {
  public:
   /// In that exchange folder; without a journal nothing is put on record. Both must outlive this object.
   Exchange(os::Files& files, std::string_view folder, PaymentJournal* journal);
@@ -27,23 +25,22 @@ class Exchange {
   /// - the journal cannot be written (a payment that leaves no record is not asked for), or
   /// - the request file cannot be created.
   /// The status text says why.
-  bool Start(const PaymentRequest& request, const std::tm& now);
+  bool Start(const PaymentRequest& request, const std::tm& now) override;
 
   /// Goes on with a payment that another process has started: waiting, whatever its files say.
   void Resume(std::string_view name);
 
   /// Looks at the files while a payment is waited for. At most five questions after files while nothing has
   /// changed.
-  const PaymentView& Tick();
+  const PaymentView& Tick() override;
 
   /// Ends the waiting, or closes. While the bridge is at work nothing is removed: the first call says what is
   /// to be done at the terminal and stops the ticks, a second one closes.
-  const PaymentView& Cancel();
+  const PaymentView& Cancel() override;
 
-  const PaymentView& Shown() const { return view_; }
+  int TickInterval() const override { return kTickInterval; }
 
  private:
-  bool Refuse(std::string_view why);
   void Wait();
   void Expire();
   bool TakeResult();
@@ -57,7 +54,6 @@ class Exchange {
   std::string name_;
   std::optional<ExchangeFiles> exchange_;  // of the payment that was started last
   bool resetAsked_ = false;
-  PaymentView view_;
 };
 
 }  // namespace kova::cashless

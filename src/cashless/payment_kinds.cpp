@@ -24,6 +24,11 @@ constexpr std::array<PaymentKind, 12> kKinds = {{
 
 const std::array<PaymentKind, 12>& PaymentKinds() { return kKinds; }
 
+std::string_view KindCaption(int number) {
+  const bool isKind = number >= 1 && number <= static_cast<int>(kKinds.size());
+  return isKind ? kKinds[static_cast<std::size_t>(number) - 1].caption : "不明";
+}
+
 CashlessSettings ReadCashlessSettings(const foundation::SettingsSnapshot& settings) {
   CashlessSettings read;
   for (const PaymentKind& kind : kKinds) {

@@ -24,6 +24,9 @@ struct PaymentKind {
 /// All of them, in the order of their buttons.
 const std::array<PaymentKind, 12>& PaymentKinds();
 
+/// The caption of the kind of that number; "不明" for another number.
+std::string_view KindCaption(int number);
+
 /// A kind that is turned on.
 struct OfferedKind {
   const PaymentKind* kind;

@@ -10,6 +10,7 @@ class CKovaDBSys;
 class CPatientDB;
 class CPatientDB2;
 struct tagRESERVATION;
+struct tagSALE;
 
 /// The calculations and file exchanges that must come out alike in all applications of the suite. All
 /// operations are static, keep nothing between calls, read the settings that they need afresh and run on the
@@ -157,6 +158,32 @@ class KOVACOMDLG_API CKovaSubTools {
   /// records are there and the patient allows mail.
   static int SetAppoPatientInfo2(const tagRESERVATION& reservation, CPatientDB* patient,
                                  CPatientDB2* contact);
+
+  // ---- Payments: cash or cashless, at the terminal that the practice has (docs/cashless.md). The dialogs
+  // are modal over `parent` (null: the active window), on Windows only; elsewhere they are cancelled.
+
+  /// Takes a payment: 1 paid cashless, 0 cash (or nothing to pay cashless), -1 cancelled or failed. After -1
+  /// the money may have been taken all the same; the dialog has said so then, and the payment stays on
+  /// record.
+  ///
+  /// @param result        the code of the payment method to book it under; untouched when no payment dialog
+  /// ran
+  /// @param text          whom or what it is for; the terminal is told
+  /// @param offersChoice  non-zero: cash or cashless is asked only beside a cash changer
+  /// @param cashlessOnly  non-zero: it is not asked at all
+  static int Payment(CWnd* parent, long amount, CString& result, const char* text, int offersChoice,
+                     int cashlessOnly);
+  /// Asks the user: 1 cash, 2 cashless, 0 cancelled. 1 without asking when there is nothing to pay or no
+  /// terminal. `flag` non-zero: the cash goes through the cash changer.
+  static int CashlessOrCash(CWnd* parent, long amount, unsigned type, int flag);
+  /// Runs the payment dialog of the terminal; non-zero when the payment was completed. `result` as of
+  /// Payment, empty when it was not.
+  static int CallCashless(CWnd* parent, long amount, CString& result, const char* text);
+  /// The terminal's type: 0 none, 2 and 4 reached by the bridge, any other by a control object.
+  static unsigned GetCashlessType();
+  /// Passes a sale's change to the cash changer and waits for it: 1 done, 0 not done or not to be done (no
+  /// changer, no change, or money to be returned where the profile forbids it).
+  static int UseCashChanger(CKovaDBSys* db, tagSALE* sale);
 
   // ---- Text, numbers, dates.
 

@@ -75,10 +75,6 @@ std::wstring WindowText(HWND window) {
 
 Dialog::Dialog(std::string_view title, Size preferred) : title_(Wide(title)), preferred_(preferred) {}
 
-Dialog::~Dialog() {
-  if (font_ != nullptr) DeleteObject(font_);
-}
-
 INT_PTR Dialog::RunModal(HWND parent) {
   const SharpThread sharp;
   const Themed themed;
@@ -132,6 +128,9 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     RemovePropW(window, kObject);
     return FALSE;
   }
+  if (message == WM_CTLCOLORSTATIC)
+    return reinterpret_cast<INT_PTR>(
+        dialog->Colour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
   if (dialog->closing_ && message != WM_DESTROY) return FALSE;
   // An exception must not cross the system's code: it is kept and goes on from RunModal.
   try {

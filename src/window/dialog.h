@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "window/layout.h"
+#include "window/look.h"
 
 namespace kova::window {
 
@@ -18,7 +19,7 @@ class Dialog {
  public:
   Dialog(const Dialog&) = delete;
   Dialog& operator=(const Dialog&) = delete;
-  virtual ~Dialog();
+  virtual ~Dialog() = default;
 
   /// Shows the dialog over the top-level window of `parent` (null: over the thread's active window), which is
   /// disabled meanwhile, and runs until it is closed. IDOK or IDCANCEL, or what Close was given; IDCANCEL
@@ -63,7 +64,7 @@ class Dialog {
   // dialog's own choice, above 99; IDOK and IDCANCEL are the two buttons. A label goes right before the
   // control that it names, which is also how a screen reader knows.
 
-  void AddLabel(int control, std::string_view text);
+  void AddLabel(int control, std::string_view text, DWORD style = SS_LEFT);
   void AddButton(int control, std::string_view text);
   void AddOkAndCancel();
   void AddCheckBox(int control, std::string_view text);
@@ -77,6 +78,8 @@ class Dialog {
   void AddComboBox(int control, DWORD style);
   /// Any window class, such as a tree or list.
   void AddOther(int control, const wchar_t* windowClass, DWORD style, DWORD exStyle = WS_EX_CLIENTEDGE);
+  /// A look of its own for a control that was added.
+  void UseLook(int control, const Look& look);
 
   // ---- Arranging.
 
@@ -118,6 +121,7 @@ class Dialog {
   static LRESULT CALLBACK KeyHook(int code, WPARAM wParam, LPARAM message) noexcept;
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   bool Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  HBRUSH Colour(HWND item, HDC device);
   void Keep(std::exception_ptr thrown) noexcept;
   void Start();
   void Command(int control, int notification);
@@ -133,7 +137,8 @@ class Dialog {
   Size preferred_;
   HWND owner_ = nullptr;
   HWND window_ = nullptr;
-  HFONT font_ = nullptr;
+  Font font_;
+  std::map<int, ControlLook> looks_;
   UINT dpi_ = 96;
   bool closing_ = false;
   std::map<int, ShownText> shown_;

@@ -18,11 +18,14 @@ bool IsClass(HWND item, const wchar_t* windowClass) {
   return lstrcmpiW(name, windowClass) == 0;
 }
 
-HFONT MessageFont(UINT dpi) {
+Font MessageFont(UINT dpi, int percent = 100, bool isBold = false) {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
   if (!SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) return nullptr;
-  return CreateFontIndirectW(&metrics.lfMessageFont);
+  LOGFONTW& font = metrics.lfMessageFont;
+  font.lfHeight = MulDiv(font.lfHeight, percent, 100);
+  if (isBold) font.lfWeight = FW_BOLD;
+  return Font(CreateFontIndirectW(&font));
 }
 
 }  // namespace
@@ -33,8 +36,8 @@ void Dialog::Add(int control, const wchar_t* windowClass, const std::wstring& te
                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(control)), GetModuleHandleW(nullptr), nullptr);
 }
 
-void Dialog::AddLabel(int control, std::string_view text) {
-  Add(control, WC_STATICW, Wide(text), SS_LEFT, 0);
+void Dialog::AddLabel(int control, std::string_view text, DWORD style) {
+  Add(control, WC_STATICW, Wide(text), style, 0);
 }
 
 void Dialog::AddButton(int control, std::string_view text) {
@@ -85,7 +88,8 @@ void Dialog::AddOther(int control, const wchar_t* windowClass, DWORD style, DWOR
 
 SIZE Dialog::TextSize(HWND item) const {
   HDC device = GetDC(window_);
-  HGDIOBJ before = SelectObject(device, font_ == nullptr ? GetStockObject(DEFAULT_GUI_FONT) : font_);
+  auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(item, WM_GETFONT, 0, 0));
+  HGDIOBJ before = SelectObject(device, font == nullptr ? GetStockObject(DEFAULT_GUI_FONT) : font);
   std::wstring text = WindowText(item);
   if (text.empty()) text = L"あ";
   RECT room{};
@@ -100,16 +104,34 @@ int Dialog::LineHeight(int textHeight) const { return std::max(textHeight + Dip(
 
 void Dialog::UseScale(UINT dpi) {
   dpi_ = dpi;
-  HFONT old = std::exchange(font_, MessageFont(dpi));
+  const Font old = std::exchange(font_, MessageFont(dpi));
   for (HWND item = GetWindow(window_, GW_CHILD); item != nullptr; item = GetWindow(item, GW_HWNDNEXT)) {
-    SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
+    SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
     // A combo box is as high as an edit control beside it.
     if (IsClass(item, WC_COMBOBOXW)) {
       const int field = LineHeight(static_cast<int>(TextSize(item).cy)) - Dip(6);
       SendMessageW(item, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), field);
     }
   }
-  if (old != nullptr) DeleteObject(old);
+  for (auto& [control, shown] : looks_) {
+    Font before = std::exchange(shown.font, MessageFont(dpi, shown.look.textPercent, shown.look.isBold));
+    SendMessageW(Item(control), WM_SETFONT, reinterpret_cast<WPARAM>(shown.font.get()), TRUE);
+  }
+}
+
+void Dialog::UseLook(int control, const Look& look) {
+  Brush brush(look.background ? CreateSolidBrush(*look.background) : nullptr);
+  looks_[control] = {look, nullptr, std::move(brush)};
+}
+
+HBRUSH Dialog::Colour(HWND item, HDC device) {
+  const auto found = looks_.find(GetDlgCtrlID(item));
+  if (found == looks_.end()) return nullptr;
+  const Look& look = found->second.look;
+  if (!look.text && !look.background) return nullptr;
+  SetTextColor(device, look.text.value_or(GetSysColor(COLOR_WINDOWTEXT)));
+  SetBkColor(device, look.background.value_or(GetSysColor(COLOR_3DFACE)));
+  return look.background ? found->second.background.get() : GetSysColorBrush(COLOR_3DFACE);
 }
 
 Size Dialog::NaturalSize(int control) const {

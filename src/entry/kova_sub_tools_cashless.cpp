@@ -1,0 +1,99 @@
+#include <cstdlib>
+
+#include "cashless/changer_program.h"
+#include "cashless/payment_entry.h"
+#include "entry/host_payment_dialogs.h"
+#include "entry/kova_sub_tools.h"
+#include "entry/payment_session.h"
+#include "entry/session.h"
+#include "platform/os/paths.h"
+#include "platform/recordstore/kovadbcall.h"
+#include "platform/toollib/tools.h"
+
+using namespace kova;
+using entry::Guarded;
+using entry::HostPaymentDialogs;
+using entry::Session;
+using entry::View;
+using store::GetText;
+
+namespace {
+
+class PaymentMethodTable final : public cashless::PaymentMethods {
+ public:
+  explicit PaymentMethodTable(CKovaDBSys* db) : db_(db) {}
+
+  std::optional<std::string> Read(std::string_view code) override {
+    CCategoryDB categories(nullptr, 0);
+    if (categories.SetAssociatedDB(db_) != 0 ||
+        categories.GetCategoryData("2", std::string(code).c_str()) != 0)
+      return std::nullopt;
+    return std::string(GetText(categories.record.name));
+  }
+
+ private:
+  CKovaDBSys* db_;
+};
+
+}  // namespace
+
+std::string entry::HostPaymentJournal() {
+  const CWinApp* app = AfxGetApp();
+  if (app == nullptr || app->m_pszProfileName == nullptr) return {};
+  const std::string name = app->m_pszProfileName;
+  if (name.find('\\') != std::string::npos) return cashless::JournalPath(name);
+  const char* local = std::getenv("LOCALAPPDATA");
+  return local == nullptr ? std::string() : cashless::JournalPath(os::JoinPath(local, name));
+}
+
+unsigned CKovaSubTools::GetCashlessType() {
+  return Guarded(0U, [] { return cashless::CashlessType(Session().settings); });
+}
+
+int CKovaSubTools::CashlessOrCash(CWnd* parent, long amount, unsigned type, int flag) {
+  return Guarded(0, [&] {
+    HostPaymentDialogs dialogs(parent, type);
+    return static_cast<int>(cashless::CashlessOrCash(dialogs, static_cast<std::int32_t>(amount), type, flag));
+  });
+}
+
+int CKovaSubTools::CallCashless(CWnd* parent, long amount, CString& result, const char* text) {
+  return Guarded(0, [&] {
+    const unsigned type = GetCashlessType();
+    HostPaymentDialogs dialogs(parent, type);
+    std::string shown;
+    const bool paid =
+        cashless::CallCashless(dialogs, static_cast<std::int32_t>(amount), type, View(text), shown);
+    result = entry::ToCString(shown);
+    return paid ? 1 : 0;
+  });
+}
+
+int CKovaSubTools::Payment(CWnd* parent, long amount, CString& result, const char* text, int offersChoice,
+                           int cashlessOnly) {
+  return Guarded(-1, [&] {
+    const unsigned type = GetCashlessType();
+    HostPaymentDialogs dialogs(parent, type);
+    const bool hasChanger =
+        cashless::HasCashChanger(CTools::GetCashChangerOption(nullptr), Session().profile);
+    std::string shown = result.GetString();
+    const auto answer = cashless::Payment(
+        dialogs, {static_cast<std::int32_t>(amount), View(text), offersChoice != 0, cashlessOnly != 0},
+        hasChanger, type, shown);
+    result = entry::ToCString(shown);
+    return static_cast<int>(answer);
+  });
+}
+
+int CKovaSubTools::UseCashChanger(CKovaDBSys* db, tagSALE* sale) {
+  if (sale == nullptr) return 0;
+  return Guarded(0, [&] {
+    const Session session;
+    std::string device;
+    const unsigned option = CTools::GetCashChangerOption(&device);
+    cashless::ChangerProgram changer(os::RealChildPrograms(), device);
+    PaymentMethodTable methods(db);
+    return cashless::UseCashChanger(changer, option, session.profile, session.settings,
+                                    {sale->changeAmount, GetText(sale->categoryCode)}, methods);
+  });
+}
