@@ -21,7 +21,12 @@ export KOVA_WINE_LOCALE=ja_JP.UTF-8
 export KOVA_OUTBOX="Z:${PWD//\//\\}\\out\\outbox"
 
 if [ -n "${DISPLAY:-}" ]; then
-  echo "Opening the reception (F2: the board, F3: patient query); mails go to out/outbox"
+  echo "Opening the reception (F2: the board, F3: patient query, F4: payment); mails go to out/outbox"
+  export KOVA_WINE_PATIENCE=0  # as long as it takes
+  # Stands in for the payment terminal: charges nobody, and says after four seconds that it was paid.
+  KOVA_CASHLESS="Z:${PWD//\//\\}\\out\\practice\\Cashless" run Option/CashlessBridge /WORK:4000 &
+  source scripts/wine_env.sh
+  trap wine_stop EXIT
   run reception --app out/practice/app.ini
   exit
 fi

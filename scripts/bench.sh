@@ -17,6 +17,7 @@ work=$(mktemp -d build/bench/work.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 "$bin/operations_bench" "$work"
 "$bin/mail_bench" "$work"
+"$bin/cashless_bench" "$work"
 "$bin/pickers_bench" "$work"
 "$bin/visitflow_bench" build/bench/practice "$work"
 "$bin/recordstore_bench" build/bench/practice

@@ -11,7 +11,8 @@ wine_bin=/usr/lib/wine/wine64
 wine_server=/usr/lib/wine/wineserver64
 [ -x "$wine_server" ] || wine_server=/usr/lib/wine/wineserver
 
-wine() { timeout 600 env LC_ALL="$wine_locale" "$wine_bin" "$@"; }
+# At most KOVA_WINE_PATIENCE seconds; 0 for any time.
+wine() { timeout "${KOVA_WINE_PATIENCE:-600}" env LC_ALL="$wine_locale" "$wine_bin" "$@"; }
 
 wine_start() {
   mkdir -p "$WINEPREFIX"

@@ -13,6 +13,7 @@
 
 namespace {
 
+using kova::testing::BuiltCompanion;
 using kova::testing::BuiltProgram;
 using kova::testing::ProgramRun;
 using kova::testing::RunProgram;
@@ -246,6 +247,35 @@ TEST_F(Kovacall, SendsTheMailThatATemplateMakes) {
   EXPECT_EQ(Mails().size(), 1u);
   ExpectOut({"SendReservationMail", "nobody@b.jp,c@d.jp", "20241124"}, "1\n");
   EXPECT_EQ(Mails().size(), 2u);
+}
+
+TEST_F(Kovacall, PaysThroughTheBridgeAndTheChanger) {
+  namespace fs = std::filesystem;
+  fs::current_path(BuiltProgram("kovacall").parent_path());
+  ExpectOut({"GetCashlessType"}, "0\n");
+  std::ofstream(folder_.Native() / "CashlessOpt.sys", std::ios::binary) << "2\r\n";
+  ExpectOut({"GetCashlessType"}, "2\n");
+  fs::create_directory(folder_.Native() / "Cashless");
+  kova::testing::SetVariable("KOVA_CASHLESS", folder_.Native() / "Cashless");
+  EXPECT_NE(Call({"exchange", "start", "P1", "980", "4"}).out.find("state=-2"), std::string::npos);
+  EXPECT_EQ(RunProgram(BuiltCompanion("CashlessBridge"), {"/WORK:0", "/RESULT:113", "/ONCE"}).code, 0);
+  const std::string told = Call({"exchange", "tick", "P1"}).out;
+  EXPECT_NE(told.find("code=113\n"), std::string::npos) << told;
+  EXPECT_NE(told.find("outcome=not-paid\n"), std::string::npos) << told;
+  EXPECT_TRUE(fs::is_empty(folder_.Native() / "Cashless"));
+
+  // Money to be returned by a method whose name the changer must be told.
+  for (const Arguments& record : {Arguments{"put", "category", "classCode=2", "code=01", U(u8"name=現金")},
+                                  {"put", "sale", "saleNumber=1", "categoryCode=01", "changeAmount=-500"}})
+    ASSERT_EQ(Call(record).code, 0);
+  ASSERT_EQ(Call({"SetGlobalSettingInt", "GLOBAL", "CASHCHANGER_INIT", "0"}).code, 0);
+  ExpectOut({"UseCashChanger", "1"}, "0\n");  // there is no changer
+  std::ofstream(folder_.Native() / "app.ini", std::ios::binary | std::ios::app)
+      << "[CASHCHANGER]\r\nOPTION=1\r\nDEVICE=R1\r\n";
+  const fs::path drawer = folder_.Native() / "drawer.txt";
+  kova::testing::SetVariable("KOVA_DRAWER", drawer);
+  ExpectOut({"UseCashChanger", "1"}, "1\n");
+  EXPECT_EQ(kova::testing::FileContent(drawer), "/AMOUNT:-500 /DEVICE:R1 /METHOD:現金\r\n");
 }
 
 TEST_F(Kovacall, MovesOnTheBoard) {

@@ -43,6 +43,11 @@ inline std::filesystem::path BuiltProgram(const std::string& name) {
 #endif
 }
 
+/// One of the suite's companion programs; it has the same name in both builds.
+inline std::filesystem::path BuiltCompanion(const std::string& name) {
+  return BuiltProgram("kovacall").parent_path() / "Option" / (name + ".exe");
+}
+
 #ifdef _WIN32
 
 inline std::wstring Utf16(const std::string& utf8) {

@@ -63,7 +63,7 @@ std::string FileNameText(std::string_view text) {
 }
 
 void Check(os::FileOutcome outcome, const char* what, std::string_view path) {
-  if (outcome != os::FileOutcome::kOk) throw MailError(std::string(what) + " " + Shown(path));
+  if (outcome != os::FileOutcome::kOk) throw CompanionError(std::string(what) + " " + Shown(path));
 }
 
 // A new file "date-time[-name]-counter.eml". `content` is asked for what it holds, given the name without
@@ -84,7 +84,7 @@ void KeepNew(const std::string& folder, std::string_view name,
     if (files.Kind(path) != os::PathKind::kNothing) continue;
     return Check(files.Replace(path, content(stem), os::Precondition::NoFile()), "cannot write", path);
   }
-  throw MailError("too many mails in " + Shown(folder));
+  throw CompanionError("too many mails in " + Shown(folder));
 }
 
 }  // namespace
@@ -129,8 +129,9 @@ Sender ReadSender() {
 
 void KeepMail(const MailCommand& mail, const Sender& sender, const std::string& folder, Fields fields) {
   const Addresses addresses = ReadAddresses(mail.to);
-  if (!addresses.refused.empty()) throw MailError("no usable address: " + Shown(addresses.refused.front()));
-  if (addresses.usable.empty()) throw MailError("there is no address to send to");
+  if (!addresses.refused.empty())
+    throw CompanionError("no usable address: " + Shown(addresses.refused.front()));
+  if (addresses.usable.empty()) throw CompanionError("there is no address to send to");
   MailMessage message;
   message.senderName = sender.name;
   message.senderAddress = sender.address;

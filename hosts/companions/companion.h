@@ -1,6 +1,6 @@
 #pragma once
 
-// What every mail program does alike: the raw command line in, an exit code and one clear line on standard
+// What every companion program does alike: the raw command line in, an exit code and one clear line on standard
 // error out, and mails kept as files in a folder.
 
 #include <stdexcept>
@@ -16,8 +16,8 @@ namespace kova::companions {
 inline constexpr int kFailedExitCode = 1;
 inline constexpr int kUsageExitCode = 2;
 
-/// The mail was not kept, or not all were; `what()` is one line in UTF-8.
-class MailError : public std::runtime_error {
+/// It was not done, or not all of it; `what()` is one line in UTF-8.
+class CompanionError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -51,7 +51,7 @@ Sender ReadSender();
 /// Further fields of a mail's head: name and text.
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
-/// Keeps a mail as a new file in `folder`, which is made when missing. Throws MailError, and keeps nothing,
+/// Keeps a mail as a new file in `folder`, which is made when missing. Throws CompanionError, and keeps nothing,
 /// when there is no address, one of them is unusable, or the file cannot be written.
 void KeepMail(const MailCommand& mail, const Sender& sender, const std::string& folder, Fields fields = {});
 

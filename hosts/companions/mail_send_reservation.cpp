@@ -21,7 +21,7 @@ using store::GetText;
 constexpr int kByDateAndTime = 6;  // key of the reservations
 
 void Check(int result, const char* what) {
-  if (result != 0) throw MailError(std::string(what) + ": result " + hosts::DescribeResult(result));
+  if (result != 0) throw CompanionError(std::string(what) + ": result " + hosts::DescribeResult(result));
 }
 
 /// The day's reservations that are on the board, in order of time.
@@ -79,7 +79,7 @@ bool KeepReservationMail(CKovaDBSys& db, int number, const tagRESERVATION& reser
   try {
     KeepMail(mail, sender, outbox);
     return true;
-  } catch (const MailError& error) {
+  } catch (const CompanionError& error) {
     const std::string patient = text932::ToUtf8(GetText(reservation.patientCode));
     std::fprintf(stderr, "patient %s: %s\n", patient.c_str(), error.what());
     return false;
@@ -91,7 +91,7 @@ int TemplateNumber() {
   const int number =
       atoi(CKovaSubTools::GetGlobalSettingString("EMail", "ReservationTemplate", "0001").GetString());
   if (CKovaSubTools::GetReservationTemplate(number, name, subject, body) != 0)
-    throw MailError("there is no reservation template number " + std::to_string(number));
+    throw CompanionError("there is no reservation template number " + std::to_string(number));
   return number;
 }
 
@@ -110,7 +110,7 @@ void Main(std::string_view line) {
   int failed = 0;
   for (const tagRESERVATION& reservation : ReservationsOf(db, day->date))
     failed += KeepReservationMail(db, number, reservation, wanted, sender, outbox) ? 0 : 1;
-  if (failed != 0) throw MailError(std::to_string(failed) + " mails could not be filed");
+  if (failed != 0) throw CompanionError(std::to_string(failed) + " mails could not be filed");
 }
 
 }  // namespace

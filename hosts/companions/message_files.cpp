@@ -23,7 +23,7 @@ bool IsReceiver(std::string_view name) {
 }
 
 [[noreturn]] void Fail(const char* what, std::string_view path) {
-  throw MailError(std::string(what) + " \"" + text932::ToUtf8(path) + "\"");
+  throw CompanionError(std::string(what) + " \"" + text932::ToUtf8(path) + "\"");
 }
 
 std::vector<std::string> FilesOf(std::string_view path) {

@@ -15,7 +15,7 @@ bool IsMessage(std::string_view content);
 
 /// Keeps the mail files that the command names in `folder`: one file, the ".eml" files of a folder, or the
 /// files that fit a pattern in the name. Where they are not to be kept, they are removed once all are filed.
-/// Throws MailError when there is none, when one is no mail (nothing is filed then), or when something cannot
+/// Throws CompanionError when there is none, when one is no mail (nothing is filed then), or when something cannot
 /// be done.
 void KeepMessageFiles(const EmlCommand& command, const std::string& folder);
 

@@ -1,9 +1,9 @@
 // kovacall: calls one exported operation and prints what it gives. The support engineer's tool.
 
 #include "hosts/console/console.h"
-#include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/board_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
+#include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/operation.h"
 #include "hosts/kovacall/table_commands.h"
 

@@ -135,6 +135,16 @@ int FillTemplate(CKovaDBSys* db, int number, const char* reservation, Reply* rep
   return result;
 }
 
+int GetCashlessType() { return static_cast<int>(T::GetCashlessType()); }
+
+int UseCashChanger(CKovaDBSys* db, const char* number) {
+  CSaleDB table(nullptr, 0);
+  int result = table.SetAssociatedDB(db);
+  if (result == 0) result = table.GetSaleData(number);
+  if (result != 0) throw UsageError("the sale: result " + DescribeResult(result));
+  return T::UseCashChanger(db, &table.record);
+}
+
 }  // namespace
 
 const std::vector<Operation>& Operations() {
@@ -184,6 +194,8 @@ const std::vector<Operation>& Operations() {
       Declare("SendFinishedMail", {"reservation"}, &SendAbout<&T::SendFinishedMail>),
       Declare("SendChangeConfirmMail", {"reservation"}, &SendAbout<&T::SendChangeConfirmMail>),
       Declare("FillTemplate", {"number", "reservation"}, &FillTemplate),
+      Declare("GetCashlessType", {}, &GetCashlessType),
+      Declare("UseCashChanger", {"sale"}, &UseCashChanger),
       Declare("IsNumeric", {"text"}, &T::IsNumeric),
       Declare("Str2Long", {"text"}, &T::Str2Long),
       Declare("ChangeFurigana", {"text", "kanaMode", "spaceFlag"}, &T::ChangeFurigana),

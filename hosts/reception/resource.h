@@ -21,5 +21,6 @@
 #define IDM_QUERY_ID 2001
 #define IDM_QUERY_KANA 2002
 #define IDM_QUERY_NAME 2003
+#define IDM_PAYMENT 2004
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template

@@ -56,6 +56,14 @@ constexpr std::string_view kSettings =
     "TrearmentCompTemplate=0007\r\n"
     "ChangeConfirmTemplate=0008\r\n"
     "\r\n"
+    "; キャッシュレス決済　USE_...: 使う　PAY_...: 支払方法のコード　Training=1: 実際の決済をしない\r\n"
+    "[CASHLESS]\r\n"
+    "USE_CREDIT=1\r\nPAY_CREDIT=02\r\n"
+    "USE_ID=1\r\nPAY_ID=03\r\n"
+    "USE_WAON=1\r\nPAY_WAON=03\r\n"
+    "USE_SUICA=1\r\nPAY_SUICA=03\r\n"
+    "USE_QR=1\r\nPAY_QR=03\r\n"
+    "\r\n"
     "[KOVACOM]\r\n"
     "VisitFlowAutoUpdate=1\r\n";
 
@@ -69,6 +77,10 @@ void WriteFile(const std::string& path, std::string_view content) {
 void WriteSettings(std::string_view folder) {
   const std::string in(folder);
   WriteFile(in + "GLOBALSETTING.ini", kSettings);
+  // The terminal is reached through the bridge.
+  WriteFile(in + "CashlessOpt.sys", "2\r\n");
+  if (os::RealFiles().MakeFolder(in + "Cashless") != os::FileOutcome::kOk)
+    throw hosts::UsageError("cannot make the folder of the payment files");
   WriteFile(in + "app.ini", "[GLOBAL]\r\nDATABASE=" + in + "\r\nPROFILE=0\r\n");
 }
 
