@@ -1,9 +1,11 @@
 // CashChanger: stands in for the program of a cash changer. It moves no money: it keeps a line of what it was
 // told.
 
+#include <cstdlib>
 #include <string>
 
 #include "hosts/companions/companion.h"
+#include "platform/os/clock.h"
 #include "platform/os/files.h"
 
 namespace kova::companions {
@@ -17,6 +19,7 @@ void Main(std::string_view line) {
     throw CommandLineError(
         "CashChanger /AMOUNT:yen /DEVICE:name [/METHOD:payment method], with the file to keep it in in "
         "KOVA_DRAWER");
+  os::SleepMilliseconds(std::atoi(EnvironmentText("KOVA_CHANGER_WORK").c_str()));
   os::Files& files = os::RealFiles();
   std::string kept;
   const os::FileOutcome read = files.Read(drawer, kLargestDrawer, kept);

@@ -3,6 +3,7 @@
 #include "cashless/changer_program.h"
 #include "cashless/payment_entry.h"
 #include "entry/host_payment_dialogs.h"
+#include "entry/host_wait.h"
 #include "entry/kova_sub_tools.h"
 #include "entry/payment_session.h"
 #include "entry/session.h"
@@ -33,6 +34,22 @@ class PaymentMethodTable final : public cashless::PaymentMethods {
 
  private:
   CKovaDBSys* db_;
+};
+
+/// Money takes its time: the host's windows stay alive meanwhile.
+class PatientChanger final : public cashless::CashChanger {
+ public:
+  explicit PatientChanger(cashless::CashChanger& changer) : changer_(changer) {}
+
+  int Exchange(std::int32_t amount, const std::optional<std::string>& method) override {
+    int answer = 0;
+    entry::HostWait("つり銭機の処理が終わるのを待っています。",
+                    [&] { answer = changer_.Exchange(amount, method); });
+    return answer;
+  }
+
+ private:
+  cashless::CashChanger& changer_;
 };
 
 }  // namespace
@@ -92,8 +109,9 @@ int CKovaSubTools::UseCashChanger(CKovaDBSys* db, tagSALE* sale) {
     std::string device;
     const unsigned option = CTools::GetCashChangerOption(&device);
     cashless::ChangerProgram changer(os::RealChildPrograms(), device);
+    PatientChanger waited(changer);
     PaymentMethodTable methods(db);
-    return cashless::UseCashChanger(changer, option, session.profile, session.settings,
+    return cashless::UseCashChanger(waited, option, session.profile, session.settings,
                                     {sale->changeAmount, GetText(sale->categoryCode)}, methods);
   });
 }

@@ -3,6 +3,7 @@
 #include <afxwin.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -216,6 +217,26 @@ TEST_F(PaymentWindows, SaysThatNoControlOrNoKindIsThere) {
               Press(dialog, IDCANCEL);
             }),
             -1);
+}
+
+// The host's windows stay alive while the changer's program is at work.
+TEST_F(PaymentWindows, WaitsForTheCashChanger) {
+  Write("app.ini", "[GLOBAL]\r\nDATABASE=" + practice_.Folder() + "\r\n[CASHCHANGER]\r\nOPTION=1\r\n");
+  kova::testing::SetVariable("KOVA_DRAWER", kova::os::ToFilesystemPath(Path("drawer.txt")));
+  kova::testing::SetVariable("KOVA_CHANGER_WORK", "1000");
+  std::filesystem::current_path(kova::testing::ThisProgram().parent_path());
+  tagSALE sale{};
+  sale.changeAmount = 300;
+  int answer = -9;
+  Work([&] { answer = CKovaSubTools::UseCashChanger(&practice_.Database(), &sale); },
+       [] {
+         HWND waiting = Dialog("お待ちください");
+         EXPECT_EQ(Faults(waiting), "");
+         Photograph(waiting, "cash_changer");
+         PostMessageW(waiting, WM_SYSCOMMAND, SC_CLOSE, 0);  // does nothing: the money is on its way
+         WaitUntilClosed(waiting);
+       });
+  EXPECT_EQ(answer, 1);
 }
 
 }  // namespace
