@@ -1,6 +1,6 @@
 #pragma once
 
-// A child process of a test: this very program with other arguments.
+// A child process of a test: this very program with other arguments, or another one.
 
 #include <cstdlib>
 #include <filesystem>
@@ -60,8 +60,8 @@ inline std::string ChildFolder() {
 class ChildProcess {
  public:
   /// Arguments of plain words: no blanks, quotes or backslashes.
-  explicit ChildProcess(const std::vector<std::string>& arguments) {
-    const std::filesystem::path program = ThisProgram();
+  explicit ChildProcess(const std::vector<std::string>& arguments,
+                        const std::filesystem::path& program = ThisProgram()) {
 #ifdef _WIN32
     std::wstring line = L"\"" + program.wstring() + L"\"";
     for (const std::string& argument : arguments)
