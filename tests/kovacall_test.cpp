@@ -278,6 +278,34 @@ TEST_F(Kovacall, PaysThroughTheBridgeAndTheChanger) {
   EXPECT_EQ(kova::testing::FileContent(drawer), "/AMOUNT:-500 /DEVICE:R1 /METHOD:現金\r\n");
 }
 
+TEST_F(Kovacall, FillsLists) {
+  for (const Arguments& record :
+       {Arguments{"put", "category", "classCode=1", "code=01", "name=" + U(u8"表")},
+        {"put", "category", "classCode=1", "code=02", "name=" + U(u8"旧"), "marker=__"},
+        {"put", "category", "classCode=2", "code=01", "name=" + U(u8"現金")},
+        {"put", "creditcategory", "code=02", "name=" + U(u8"物販")},
+        {"put", "credititem", "categoryCode=02", "code=001", "name=" + U(u8"歯ブラシ")},
+        {"put", "introdr", "code=001", "kind=0", "name=" + U(u8"甲")}})
+    ASSERT_EQ(Call(record).code, 0) << testing::PrintToString(record);
+  std::ofstream(folder_.Native() / "freetblname.dat", std::ios::binary) << "a\r\n";
+  const auto padded = [](const char8_t* name, std::size_t blanks, const char* codes) {
+    return "text[0]=" + U(name) + std::string(blanks, ' ') + codes;
+  };
+  const std::string unit = U(u8"text[1]=表\ndata[1]=1 01\n"), retired = U(u8"text[2]=旧\ndata[2]=1 02\n");
+  const std::tuple<Arguments, std::string> cases[] = {
+      {{"EnumUnit", "01", "1"}, "0\ntext[0]=\ndata[0]=\n" + unit + "selected=1\n"},
+      {{"EnumUnit", "02", "1"}, "0\ntext[0]=\ndata[0]=\n" + unit + retired + "selected=2\n"},
+      {{"EnumUnit", "03", "1"}, "0\ntext[0]=\ndata[0]=\n" + unit + "selected=-1\n"},
+      {{"EnumPaymentMethod", "01", "0"}, padded(u8"現金", 96, " 01") + "\nselected=0\n"},
+      {{"EnumCreditItemsOf", "02", "001"},
+       "0\n" + padded(u8"歯ブラシ", 92, "  02001") + "\ndata[0]=02 001\nselected=0\n"},
+      {{"EnumIntroDoctor", "001", "0", "0"},
+       "0\n" + padded(u8"甲", 18, " ") + "\ndata[0]=001\nselected=0\ndoctors[0]=001\n"},
+      {{"EnumFreeTblName"}, "names[0]=a 0\n"},
+  };
+  for (const auto& [arguments, out] : cases) ExpectOut(arguments, out);
+}
+
 TEST_F(Kovacall, MovesOnTheBoard) {
   for (const Arguments& record :
        {Arguments{"put", "category", "classCode=5", "code=10", "name=" + U(u8"受付")},

@@ -28,18 +28,26 @@ std::wstring TextOf(HWND window) {
   return text;
 }
 
-/// The visible top-level windows of this process.
-std::vector<HWND> OwnWindows() {
+/// The visible top-level windows of all processes.
+std::vector<HWND> AllWindows() {
   std::vector<HWND> windows;
   EnumWindows(
       [](HWND window, LPARAM list) -> BOOL {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        if (process == GetCurrentProcessId() && IsWindowVisible(window))
-          reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
         return TRUE;
       },
       reinterpret_cast<LPARAM>(&windows));
+  return windows;
+}
+
+/// Those of this process.
+std::vector<HWND> OwnWindows() {
+  std::vector<HWND> windows = AllWindows();
+  std::erase_if(windows, [](HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process != GetCurrentProcessId();
+  });
   return windows;
 }
 
@@ -48,6 +56,11 @@ bool IsMessageBoxWith(HWND window, const std::wstring& text) {
     if (TextOf(item).find(text) != std::wstring::npos) return true;
   }
   return false;
+}
+
+std::wstring WindowTitle(HWND window) {  // as the system keeps it: other processes are not asked
+  wchar_t text[256]{};
+  return {text, text + InternalGetWindowText(window, text, 256)};
 }
 
 struct Person {
@@ -119,6 +132,18 @@ HWND Dialog(std::string_view title) {
   return found;
 }
 
+std::vector<HWND> Dialogs(std::string_view title, std::size_t count) {
+  const std::wstring wanted = Wide(title);
+  std::vector<HWND> found;
+  WaitFor("dialogs", [&] {
+    found = AllWindows();
+    std::erase_if(found,
+                  [&](HWND window) { return !IsWindowEnabled(window) || WindowTitle(window) != wanted; });
+    return found.size() == count;
+  });
+  return found;
+}
+
 void WaitUntilClosed(HWND window) {
   WaitFor("a window to close", [&] { return !IsWindow(window) || !IsWindowVisible(window); });
 }
@@ -151,6 +176,54 @@ void PressKey(HWND focus, WPARAM key, bool alt) {
   const LPARAM down = 1 | (alt ? 1 << 29 : 0);
   PostMessageW(focus, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, down);
   PostMessageW(focus, alt ? WM_SYSKEYUP : WM_KEYUP, key, down | static_cast<LPARAM>(0xC0000000));
+}
+
+namespace {
+
+GUITHREADINFO ThreadOf(HWND dialog) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
+  return info;
+}
+
+void Mouse(POINT at, DWORD button) {
+  SetCursorPos(at.x, at.y);
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = button | MOUSEEVENTF_MOVE;
+  SendInput(1, &input, sizeof input);
+}
+
+}  // namespace
+
+void DragAndDrop(HWND dialog, POINT from, POINT to) {
+  Mouse(from, 0);
+  Mouse(from, MOUSEEVENTF_LEFTDOWN);
+  // Out of the place where it may still become a click, step by step, until the dialog has it.
+  POINT at = from;
+  WaitFor("a drag to begin", [&] {
+    if (at.x < from.x + 40) at.x += 5;
+    Mouse(at, 0);
+    return ThreadOf(dialog).hwndCapture == dialog;
+  });
+  Mouse(to, 0);
+  Mouse(to, MOUSEEVENTF_LEFTUP);
+  WaitFor("a drag to end", [&] { return ThreadOf(dialog).hwndCapture == nullptr; });
+}
+
+POINT CellOnScreen(HWND list, int row, int column) {
+  RECT cell{};
+  cell.left = LVIR_BOUNDS;
+  cell.top = column;
+  if (column == 0) {
+    ListView_GetItemRect(list, row, &cell, LVIR_LABEL);
+  } else {
+    SendMessageW(list, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell));
+  }
+  POINT middle{(cell.left + cell.right) / 2, (cell.top + cell.bottom) / 2};
+  ClientToScreen(list, &middle);
+  return middle;
 }
 
 void PutIn(HWND dialog, int control, std::string_view text) {
@@ -238,11 +311,6 @@ std::string ListCell(HWND list, int row, int column) {
   return Narrow(text);
 }
 
-HWND FocusOf(HWND dialog) {
-  GUITHREADINFO info{};
-  info.cbSize = sizeof info;
-  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
-  return info.hwndFocus;
-}
+HWND FocusOf(HWND dialog) { return ThreadOf(dialog).hwndFocus; }
 
 }  // namespace kova::person

@@ -26,6 +26,8 @@ void WaitFor(const char* what, const std::function<bool()>& holds);
 
 /// The visible top-level window of this process with that title (code page 932), waited for.
 HWND Dialog(std::string_view title);
+/// The visible top-level windows of that title that can be worked, of any process, once there are `count`.
+std::vector<HWND> Dialogs(std::string_view title, std::size_t count);
 /// Waits until the window is gone.
 void WaitUntilClosed(HWND window);
 
@@ -37,6 +39,11 @@ HWND Item(HWND dialog, int control);
 void Press(HWND dialog, int control);
 /// Presses a key in the window that has the focus of the dialog's thread; with Alt when asked.
 void PressKey(HWND focus, WPARAM key, bool alt = false);
+/// Takes what lies under the mouse at one place of a dialog's list and drops it at another; the dialog is one
+/// that captures the mouse while something is dragged. Places are of the screen.
+void DragAndDrop(HWND dialog, POINT from, POINT to);
+/// The middle of a list's cell, on the screen.
+POINT CellOnScreen(HWND list, int row, int column);
 /// Replaces a control's text as pasting would.
 void PutIn(HWND dialog, int control, std::string_view text);
 /// What a control shows, code page 932.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -59,7 +60,7 @@ class KOVADBCALL_API CKovaDBSys {
 
  private:
   std::unique_ptr<kova::store::Engine> engine_;
-  std::map<std::string, std::unique_ptr<CKovaKept>> kept_;
+  std::map<std::string, std::unique_ptr<CKovaKept>, std::less<>> kept_;
   unsigned generation_ = 0;
 };
 

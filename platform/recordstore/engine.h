@@ -93,7 +93,8 @@ class Engine {
 
   /// The sum of the tables' change stamps, at the price of one look-up's lock. A table's stamp is a number
   /// that grows with every change of it, by whichever workstation: seconds since 1970 when changes are slower
-  /// than one a second.
+  /// than one a second. Changes of the open transaction that were looked at count too, and once more when
+  /// they are taken back: what was read at one of these stamps is never taken for what stands later.
   virtual Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) = 0;
   Result ChangeStamp(const TableDef& table, std::int64_t& stamp) {
     return ChangeStamps({&table.id, 1}, stamp);

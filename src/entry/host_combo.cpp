@@ -1,5 +1,7 @@
 #include "entry/host_combo.h"
 
+#include <string>
+
 namespace kova::entry {
 namespace {
 
@@ -9,7 +11,7 @@ class ObjectCombo final : public HostCombo {
 
  private:
   void Empty() override { combo_.ResetContent(); }
-  int Append(const std::string& text) override { return combo_.InsertString(-1, text.c_str()); }
+  int Append(std::string_view text) override { return combo_.InsertString(-1, std::string(text).c_str()); }
   int Count() const override { return combo_.GetCount(); }
   void SetData(int at, std::uintptr_t data) override { combo_.SetItemData(at, data); }
   std::uintptr_t Data(int at) const override { return combo_.GetItemData(at); }

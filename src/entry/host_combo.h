@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include "pickers/choice_list.h"
 
@@ -26,7 +26,7 @@ class HostCombo {
  protected:
   virtual void Empty() = 0;
   /// The new entry's index at the end; negative when there is no room for it.
-  virtual int Append(const std::string& text) = 0;
+  virtual int Append(std::string_view text) = 0;
   virtual int Count() const = 0;
   virtual void SetData(int at, std::uintptr_t data) = 0;
   virtual std::uintptr_t Data(int at) const = 0;

@@ -2,15 +2,16 @@
 
 // What a drop-down list is to show and which entry is selected, apart from any window.
 
-#include <string>
+#include <memory>
+#include <string_view>
 #include <vector>
 
 namespace kova::pickers {
 
+/// Its bytes live as long as the list or a copy of it.
 struct Choice {
-  std::string text;  // code page 932
-  std::string data;  // the bytes of its item data block, terminators included; empty: the entry carries none
-  bool operator==(const Choice&) const = default;
+  std::string_view text;  // code page 932
+  std::string_view data;  // of its item data block, terminators included; empty: the entry carries none
 };
 
 struct ChoiceList {
@@ -18,6 +19,8 @@ struct ChoiceList {
   int selected = -1;  // -1: none
   /// The record store's result for the table, 0 when it could be read. Whatever was read is in `entries`.
   int result = 0;
+  /// What the bytes of the entries lie in: shared with the connection's cache where that has them.
+  std::vector<std::shared_ptr<const void>> sources;
 };
 
 }  // namespace kova::pickers

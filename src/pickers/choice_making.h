@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "pickers/choice_list.h"
-#include "pickers/master_choices.h"
+#include "pickers/master_reading.h"
 #include "platform/recordstore/kovadbcall.h"
 
 namespace kova::pickers {
@@ -40,37 +40,23 @@ bool IsRetired(const Record& record) {
   return record.marker[0] == '_' && record.marker[1] == '_';
 }
 
-/// How a record appears in a list.
-template <typename Record>
-struct Appearance {
-  std::string (*text)(const Record&);
-  std::string (*data)(const Record&);
-};
-
 /// The name; data: code.
 template <typename Record>
 inline constexpr Appearance<Record> kNameAndCode{
     [](const Record& record) { return std::string(store::GetText(record.name)); },
     [](const Record& record) { return CodeBlock(record.code); }};
 
-/// A list with its blank entry, when one is wanted. A record of zeros has the data of that: zeros.
-template <typename Record>
-ChoiceList BeginList(const Appearance<Record>& appearance, bool addBlank) {
-  ChoiceList list;
-  if (addBlank) list.entries.push_back({"", appearance.data(Record{})});
-  return list;
-}
-
-/// Adds the records that `isListed`, and selects the one that `isCurrent`.
+/// Adds the records that `isListed`, selects the one that `isCurrent`, and takes the result over.
 template <typename Record, typename IsListed, typename IsCurrent>
-void AddChoices(ChoiceList& list, const std::vector<Record>& records, const Appearance<Record>& appearance,
-                IsListed isListed, IsCurrent isCurrent) {
-  list.entries.reserve(list.entries.size() + records.size());
-  for (const Record& record : records) {
-    if (!isListed(record)) continue;
-    if (isCurrent(record)) list.selected = static_cast<int>(list.entries.size());
-    list.entries.emplace_back(appearance.text(record), appearance.data(record));
+void AddChoices(ChoiceList& list, const Master<Record>& read, IsListed isListed, IsCurrent isCurrent) {
+  list.entries.reserve(list.entries.size() + read->records.size());
+  for (const MasterRecord<Record>& each : read->records) {
+    if (!isListed(each.record)) continue;
+    if (isCurrent(each.record)) list.selected = static_cast<int>(list.entries.size());
+    list.entries.emplace_back(each.text, each.data);
   }
+  list.result = read->result;
+  list.sources.push_back(read);
 }
 
 /// True for a record whose code is `code`.

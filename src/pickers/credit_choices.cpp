@@ -18,28 +18,26 @@ constexpr Appearance<tagCREDITITEM> kItem{
     },
     [](const tagCREDITITEM& record) { return CodeBlock(record.categoryCode, record.code); }};
 
-MasterRecords<tagCREDITITEM> ReadItems(CKovaDBSys* db, std::string_view category) {
-  return ReadMaster<CCreditItemDB>(db, Group<&tagCREDITITEM::categoryCode>{category});
+Master<tagCREDITITEM> ReadItems(CKovaDBSys* db, std::string_view category) {
+  return ReadMaster<CCreditItemDB>(db, Group<&tagCREDITITEM::categoryCode>{category}, kItem);
 }
 
 }  // namespace
 
 ChoiceList CreditItemChoices(CKovaDBSys* db, std::string_view category, std::string_view currentItem) {
   ChoiceList list;
-  const MasterRecords<tagCREDITITEM> items = ReadItems(db, category);
-  AddChoices(list, items.records, kItem, UnlessRetired(HasCode(currentItem)), HasCode(currentItem));
-  list.result = items.result;
+  AddChoices(list, ReadItems(db, category), UnlessRetired(HasCode(currentItem)), HasCode(currentItem));
   return list;
 }
 
 ChoiceList CreditDataChoices(CKovaDBSys* db, std::string_view currentCategory, std::string_view currentItem) {
   const CKovaReads reads(db);
   ChoiceList list;
-  const MasterRecords<tagCREDITCATEGORY> categories = ReadMaster<CCreditCategoryDB>(db, WholeTable());
-  list.result = categories.result;
-  for (const tagCREDITCATEGORY& category : categories.records) {
+  const auto categories = ReadMaster<CCreditCategoryDB>(db, WholeTable(), kNameAndCode<tagCREDITCATEGORY>);
+  list.result = categories->result;
+  for (const auto& each : categories->records) {
     if (list.result != 0) break;
-    const MasterRecords<tagCREDITITEM> items = ReadItems(db, GetText(category.code));
+    const tagCREDITCATEGORY& category = each.record;
     const bool isHere = GetText(category.code) == currentCategory;
     const auto isCurrent = [&](const tagCREDITITEM& item) {
       return isHere && GetText(item.code) == currentItem;
@@ -47,8 +45,7 @@ ChoiceList CreditDataChoices(CKovaDBSys* db, std::string_view currentCategory, s
     const auto isListed = [&](const tagCREDITITEM& item) {
       return isCurrent(item) || !(IsRetired(category) || IsRetired(item));
     };
-    AddChoices(list, items.records, kItem, isListed, isCurrent);
-    list.result = items.result;
+    AddChoices(list, ReadItems(db, GetText(category.code)), isListed, isCurrent);
   }
   return list;
 }

@@ -1,8 +1,5 @@
 #include "pickers/master_choices.h"
 
-#include <functional>
-#include <utility>
-
 #include "foundation/number_text.h"
 #include "pickers/choice_making.h"
 #include "pickers/master_reading.h"
@@ -23,19 +20,18 @@ constexpr std::size_t kDoctorNameWidth = 20;
 
 /// The list of what was read; `isKept` says which retired records are in it.
 template <typename Record, typename IsKept, typename IsCurrent>
-ChoiceList ListOf(const MasterRecords<Record>& read, const Appearance<Record>& appearance, bool addBlank,
-                  IsKept isKept, IsCurrent isCurrent) {
-  ChoiceList list = BeginList(appearance, addBlank);
-  AddChoices(list, read.records, appearance, UnlessRetired(isKept), isCurrent);
-  list.result = read.result;
+ChoiceList ListOf(const Master<Record>& read, bool addBlank, IsKept isKept, IsCurrent isCurrent) {
+  ChoiceList list;
+  list.entries.reserve(read->records.size() + 1);
+  if (addBlank) list.entries.emplace_back("", read->blankData);
+  AddChoices(list, read, UnlessRetired(isKept), isCurrent);
   return list;
 }
 
 /// The usual list: a retired record stays while it is the current one.
 template <typename Record>
-ChoiceList ListOf(const MasterRecords<Record>& read, const Appearance<Record>& appearance,
-                  const Wanted& wanted) {
-  return ListOf(read, appearance, wanted.addBlank, HasCode(wanted.current), HasCode(wanted.current));
+ChoiceList ListOf(const Master<Record>& read, const Wanted& wanted) {
+  return ListOf(read, wanted.addBlank, HasCode(wanted.current), HasCode(wanted.current));
 }
 
 template <typename Record>
@@ -68,11 +64,12 @@ constexpr Appearance<tagINTRODR> kIntroDoctorOfAnyKind{[](const tagINTRODR& reco
                                                        },
                                                        kNameAndCode<tagINTRODR>.data};
 
-MasterRecords<tagCATEGORY> ReadCategories(CKovaDBSys* db, std::string_view classCode) {
+Master<tagCATEGORY> ReadCategories(CKovaDBSys* db, std::string_view classCode) {
   const Group<&tagCATEGORY::classCode> group{classCode};
-  if (classCode != "0" && classCode != "1" && classCode != "3") return ReadMaster<CCategoryDB>(db, group);
+  if (classCode != "0" && classCode != "1" && classCode != "3")
+    return ReadMaster<CCategoryDB>(db, group, kCategory);
   return ReadMasterCached<CCategoryDB>(db, TableId::Category, "pickers.category." + std::string(classCode),
-                                       group);
+                                       group, kCategory);
 }
 
 /// Puts the one category in that every material item can have; nothing when another workstation was faster.
@@ -90,24 +87,26 @@ int InsertOtherCategory(CKovaDBSys* db) {
 }  // namespace
 
 ChoiceList CategoryChoices(CKovaDBSys* db, std::string_view classCode, const Wanted& wanted) {
-  return ListOf(ReadCategories(db, classCode), kCategory, wanted);
+  return ListOf(ReadCategories(db, classCode), wanted);
 }
 
 ChoiceList PaymentMethodChoices(CKovaDBSys* db, const Wanted& wanted) {
-  ChoiceList list = ListOf(ReadCategories(db, kPaymentMethods), kPaymentMethod, wanted.addBlank, kNever,
+  const Group<&tagCATEGORY::classCode> group{kPaymentMethods};
+  ChoiceList list = ListOf(ReadMaster<CCategoryDB>(db, group, kPaymentMethod), wanted.addBlank, kNever,
                            HasCode(wanted.current));
   if (list.result != 0) list.selected = -1;
   return list;
 }
 
 ChoiceList DoctorChoices(CKovaDBSys* db, const Wanted& wanted) {
-  return ListOf(ReadMasterCached<CDoctorDB>(db, TableId::Doctor, "pickers.doctor", WholeTable()),
-                kNameAndCode<tagDOCTOR>, wanted);
+  return ListOf(ReadMasterCached<CDoctorDB>(db, TableId::Doctor, "pickers.doctor", WholeTable(),
+                                            kNameAndCode<tagDOCTOR>),
+                wanted);
 }
 
 ChoiceList StaffChoices(CKovaDBSys* db, const Wanted& wanted) {
   const Group<&tagCUSTOMTBL::tableId> group{kStaffTable};
-  return ListOf(ReadMaster<CCustomTblDB>(db, group), kNameAndCode<tagCUSTOMTBL>, wanted.addBlank, kNever,
+  return ListOf(ReadMaster<CCustomTblDB>(db, group, kNameAndCode<tagCUSTOMTBL>), wanted.addBlank, kNever,
                 HasCode(wanted.current));
 }
 
@@ -117,40 +116,44 @@ ChoiceList CreditCategoryChoices(CKovaDBSys* db, const Wanted& wanted, std::stri
     return code == wanted.current || code == extraCode;
   };
   return ListOf(ReadMasterCached<CCreditCategoryDB>(db, TableId::CreditCategory, "pickers.creditcategory",
-                                                    WholeTable()),
-                kCodeBeforeName<tagCREDITCATEGORY>, wanted.addBlank, isKept, HasCode(wanted.current));
+                                                    WholeTable(), kCodeBeforeName<tagCREDITCATEGORY>),
+                wanted.addBlank, isKept, HasCode(wanted.current));
 }
 
 ChoiceList ConditionChoices(CKovaDBSys* db, const Wanted& wanted) {
-  return ListOf(ReadMasterCached<CConditionDB>(db, TableId::Condition, "pickers.condition", WholeTable()),
-                kCodeBeforeName<tagCONDITION>, wanted);
+  return ListOf(ReadMasterCached<CConditionDB>(db, TableId::Condition, "pickers.condition", WholeTable(),
+                                               kCodeBeforeName<tagCONDITION>),
+                wanted);
 }
 
 ChoiceList MaterialItemCategoryChoices(CKovaDBSys* db, const Wanted& wanted) {
-  MasterRecords<tagMATERIALITEMCATE> read = ReadMaster<CMaterialItemCateDB>(db, WholeTable());
-  if (read.result == 0 && read.records.empty()) {
-    read.result = InsertOtherCategory(db);
-    if (read.result == 0) read = ReadMaster<CMaterialItemCateDB>(db, WholeTable());
-  }
-  return ListOf(read, kNameAndCode<tagMATERIALITEMCATE>, wanted);
+  const auto read = [&] {
+    return ReadMaster<CMaterialItemCateDB>(db, WholeTable(), kNameAndCode<tagMATERIALITEMCATE>);
+  };
+  const Master<tagMATERIALITEMCATE> categories = read();
+  if (categories->result != 0 || !categories->records.empty()) return ListOf(categories, wanted);
+  const int inserted = InsertOtherCategory(db);
+  ChoiceList list = ListOf(read(), wanted);
+  if (inserted != 0) list.result = inserted;
+  return list;
 }
 
 ChoiceList RecallGroupChoices(CKovaDBSys* db, const Wanted& wanted) {
-  return ListOf(ReadMaster<CRecallGroupDB>(db, WholeTable()), kNameAndCode<tagRECALLGROUP>, wanted);
+  return ListOf(ReadMaster<CRecallGroupDB>(db, WholeTable(), kNameAndCode<tagRECALLGROUP>), wanted);
 }
 
 IntroDoctorChoices IntroducingDoctorChoices(CKovaDBSys* db, std::uint8_t kind, const Wanted& wanted) {
   const bool oneKind = kind <= 2;
   const char digit = static_cast<char>('0' + kind % 3);
   const std::string name = std::string("pickers.introdr.") + (oneKind ? digit : '*');
-  MasterRecords<tagINTRODR> read =
-      oneKind ? ReadMasterCached<CIntroDrDB>(db, TableId::IntroDr, name,
-                                             Group<&tagINTRODR::kind>{std::string_view(&digit, 1)})
-              : ReadMasterCached<CIntroDrDB>(db, TableId::IntroDr, name, WholeTable());
-  IntroDoctorChoices choices;
-  choices.list = ListOf(read, oneKind ? kIntroDoctor : kIntroDoctorOfAnyKind, wanted);
-  std::erase_if(read.records, std::not_fn(UnlessRetired(HasCode(wanted.current))));
-  choices.doctors = std::move(read.records);
+  const Group<&tagINTRODR::kind> group{std::string_view(&digit, 1)};
+  const Master<tagINTRODR> read =
+      oneKind ? ReadMasterCached<CIntroDrDB>(db, TableId::IntroDr, name, group, kIntroDoctor)
+              : ReadMasterCached<CIntroDrDB>(db, TableId::IntroDr, name, WholeTable(), kIntroDoctorOfAnyKind);
+  IntroDoctorChoices choices{ListOf(read, wanted), {}};
+  const auto isListed = UnlessRetired(HasCode(wanted.current));
+  for (const auto& each : read->records)
+    if (isListed(each.record)) choices.doctors.push_back(each.record);
   return choices;
 }
 
@@ -160,7 +163,7 @@ ChoiceList FreeTableChoices(CKovaDBSys* db, CCustomTblDB& table, std::string_vie
     return !wanted.current.empty() &&
            foundation::ReadInteger(GetText(record.code)) == foundation::ReadInteger(wanted.current);
   };
-  return ListOf(ReadMaster(db, table, Group<&tagCUSTOMTBL::tableId>{tableId}), kFreeItem, wanted.addBlank,
+  return ListOf(ReadMaster(db, table, Group<&tagCUSTOMTBL::tableId>{tableId}, kFreeItem), wanted.addBlank,
                 isCurrent, isCurrent);
 }
 

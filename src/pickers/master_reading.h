@@ -2,6 +2,7 @@
 
 // For this room's own use: the one walk through a master table, and what is kept of it with the connection.
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,14 +12,34 @@
 
 namespace kova::pickers {
 
+/// How a record appears in a list.
+template <typename Record>
+struct Appearance {
+  std::string (*text)(const Record&);
+  std::string (*data)(const Record&);
+};
+
+template <typename Record>
+struct MasterRecord {
+  Record record;
+  std::string text, data;  // as it appears
+};
+
 template <typename Record>
 struct MasterRecords {
-  std::vector<Record> records;  // in the order of lists
-  int result = 0;               // the record store's; 0 also for a table without records
+  std::vector<MasterRecord<Record>> records;  // in the order of lists
+  int result = 0;                             // the record store's; 0 also for a table without records
+  std::string blankData;                      // of an entry for none: zeros, as a record of zeros has them
 };
+
+/// Shared by the cache and the lists made of it.
+template <typename Record>
+using Master = std::shared_ptr<const MasterRecords<Record>>;
 
 template <typename Table>
 using RecordOf = decltype(Table::record);
+template <typename Table>
+using AppearanceOf = Appearance<RecordOf<Table>>;
 
 /// A whole master table, in the order of lists.
 struct WholeTable {
@@ -43,51 +64,52 @@ struct Group<kField> {
 
 /// Reads through `table`, which is bound to the connection and closed again.
 template <typename Table, typename Part>
-MasterRecords<RecordOf<Table>> ReadMaster(CKovaDBSys* db, Table& table, const Part& part) {
+Master<RecordOf<Table>> ReadMaster(CKovaDBSys* db, Table& table, const Part& part,
+                                   const AppearanceOf<Table>& appearance) {
   constexpr int kListOrder = 1;  // of every master table: the group, the place in lists, the code
   char key[Part::kWidth + sizeof table.record.sortOrder + sizeof table.record.code] = {};
   part.First().copy(key, sizeof key);
   const CKovaReads reads(db);
   MasterRecords<RecordOf<Table>> read;
+  read.blankData = appearance.data({});
   read.result = table.SetAssociatedDB(db);
   if (read.result == 0) read.result = table.SetKey(kListOrder);
   table.SetKeyBuffer(key, sizeof key);
   if (read.result == 0) read.result = table.GetGREQ();
   for (; read.result == 0 && part.Holds(table.record); read.result = table.GetNEXT())
-    read.records.push_back(table.record);
+    read.records.push_back({table.record, appearance.text(table.record), appearance.data(table.record)});
   table.Close();
   if (read.result == static_cast<int>(store::Result::kEndOfTable)) read.result = 0;
-  return read;
+  return std::make_shared<const MasterRecords<RecordOf<Table>>>(std::move(read));
 }
 
 template <typename Table, typename Part>
-MasterRecords<RecordOf<Table>> ReadMaster(CKovaDBSys* db, const Part& part) {
+Master<RecordOf<Table>> ReadMaster(CKovaDBSys* db, const Part& part, const AppearanceOf<Table>& appearance) {
   Table table(nullptr, 0);
-  return ReadMaster(db, table, part);
+  return ReadMaster(db, table, part, appearance);
 }
 
 template <typename Record>
-struct KeptRecords final : CKovaKept {
-  KeptRecords(long long stampOfTable, std::vector<Record> kept)
-      : stamp(stampOfTable), records(std::move(kept)) {}
+struct KeptMaster final : CKovaKept {
+  KeptMaster(long long stampOfTable, Master<Record> kept) : stamp(stampOfTable), master(std::move(kept)) {}
   const long long stamp;
-  const std::vector<Record> records;
+  const Master<Record> master;
 };
 
 /// The same through what is kept with the connection under `name`, while the table `id` is as it was then. A
 /// connection whose cache is switched off reads, and keeps nothing.
 template <typename Table, typename Part>
-MasterRecords<RecordOf<Table>> ReadMasterCached(CKovaDBSys* db, store::TableId id, const std::string& name,
-                                                const Part& part) {
-  using Kept = KeptRecords<RecordOf<Table>>;
+Master<RecordOf<Table>> ReadMasterCached(CKovaDBSys* db, store::TableId id, const std::string& name,
+                                         const Part& part, const AppearanceOf<Table>& appearance) {
+  using Kept = KeptMaster<RecordOf<Table>>;
   long long stamp = 0;
   // The stamp is read before the records: were they changed in between, the next call sees a newer one.
   if (db == nullptr || db->useCache == 0 || db->GetChangeStamp({id}, stamp) != 0)
-    return ReadMaster<Table>(db, part);
+    return ReadMaster<Table>(db, part, appearance);
   const auto* kept = static_cast<const Kept*>(db->GetKept(name.c_str()));
-  if (kept != nullptr && kept->stamp == stamp) return {kept->records, 0};
-  MasterRecords<RecordOf<Table>> read = ReadMaster<Table>(db, part);
-  db->SetKept(name.c_str(), read.result == 0 ? new Kept(stamp, read.records) : nullptr);
+  if (kept != nullptr && kept->stamp == stamp) return kept->master;
+  Master<RecordOf<Table>> read = ReadMaster<Table>(db, part, appearance);
+  db->SetKept(name.c_str(), read->result == 0 ? new Kept(stamp, read) : nullptr);
   return read;
 }
 

@@ -136,5 +136,25 @@ TEST(Moves, DropsPressButtons) {
   }
 }
 
+// Each list with Alt+Left, Alt+Right and the buttons that its selection enables.
+TEST(Moves, KeysPressButtonsOfTheirList) {
+  const std::tuple<BoardList, int, int, const char*> cases[] = {
+      {BoardList::kBefore, 0, 8131, "before "},
+      {BoardList::kStaged, 8134, 8133, "stage "},
+      {BoardList::kFinished, 8129, 0, "finished "},
+  };
+  for (const auto& [list, left, right, enabled] : cases) {
+    for (const bool forward : {false, true}) {
+      const auto pressed = ButtonForKey(list, forward);
+      EXPECT_EQ(pressed ? static_cast<int>(*pressed) : 0, forward ? right : left);
+    }
+    const EnabledButtons by =
+        EnabledBy(list == BoardList::kBefore, list == BoardList::kStaged, list == BoardList::kFinished);
+    EXPECT_EQ(std::string(by.beforeToNext ? "before " : "") + (by.stageMoves ? "stage " : "") +
+                  (by.finishedBack ? "finished " : ""),
+              enabled);
+  }
+}
+
 }  // namespace
 }  // namespace kova::visitflow

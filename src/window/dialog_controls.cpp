@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "window/dialog.h"
+#include "window/message_prompts.h"
 #include "window/wide_text.h"
 
 namespace kova::window {
@@ -187,8 +188,7 @@ bool Dialog::TakeText(int control, std::string& text) {
     return true;
   }
   Focus(control);
-  const std::wstring message = L"次の文字は保存できません。別の文字に置き換えてください。\n\n" + missing;
-  MessageBoxW(window_, message.c_str(), title_.c_str(), MB_OK | MB_ICONWARNING);
+  MessagePrompts(window_).Warn(L"次の文字は保存できません。別の文字に置き換えてください。\n\n" + missing);
   return false;
 }
 

@@ -6,19 +6,19 @@
 
 namespace kova::window {
 
-int MessagePrompts::Show(std::string_view text, UINT style) const {
+int MessagePrompts::Show(const std::wstring& text, UINT style) const {
   const Themed themed;
   HWND owner = owner_ == nullptr ? GetActiveWindow() : owner_;
   const UINT alone = owner == nullptr ? MB_TASKMODAL | MB_SETFOREGROUND : 0;
   const std::wstring title = owner == nullptr ? std::wstring() : WindowText(owner);
-  return MessageBoxW(owner, Wide(text).c_str(), title.empty() ? L"確認" : title.c_str(), style | alone);
+  return MessageBoxW(owner, text.c_str(), title.empty() ? L"確認" : title.c_str(), style | alone);
 }
 
 bool MessagePrompts::AskYesNo(std::string_view text) {
-  return Show(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return Show(Wide(text), MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
-void MessagePrompts::Inform(std::string_view text) { Show(text, MB_OK | MB_ICONINFORMATION); }
+void MessagePrompts::Inform(std::string_view text) { Show(Wide(text), MB_OK | MB_ICONINFORMATION); }
 
 bool DialogPrompts::AskYesNo(std::string_view text) {
   return MessagePrompts(dialog_.Handle()).AskYesNo(text);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "foundation/prompts.h"
 
 namespace kova::window {
@@ -14,8 +16,11 @@ class MessagePrompts final : public foundation::Prompts {
   bool AskYesNo(std::string_view text) override;
   void Inform(std::string_view text) override;
 
+  /// Names characters that code page 932 lacks, and so has a text that the others cannot be given.
+  void Warn(const std::wstring& text) const { Show(text, MB_OK | MB_ICONWARNING); }
+
  private:
-  int Show(std::string_view text, UINT style) const;
+  int Show(const std::wstring& text, UINT style) const;
 
   HWND owner_;
 };

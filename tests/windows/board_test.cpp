@@ -3,12 +3,15 @@
 #include <afxwin.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
 #include "hosts/person/window_driver.h"
+#include "hosts/reception/resource.h"
 #include "platform/os/clock.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
@@ -52,7 +55,7 @@ class VisitFlowWindow : public testing::Test {
     tagRESERVATION reservation{};
     PutText(reservation.reservationNumber, Key(number));
     PutText(reservation.patientCode, code);
-    PutText(reservation.reservationDate, kDay);
+    PutText(reservation.reservationDate, day_);
     PutText(reservation.startTime, "0900");
     PutText(reservation.stageCode, stage);
     PutText(reservation.stageTime, stageTime);
@@ -105,6 +108,32 @@ class VisitFlowWindow : public testing::Test {
     });
   }
 
+  /// Works two boards of AddDay like two workstations, by keys alone: they may be of other processes.
+  static void ExpectEachShowsTheOthersMoves(const std::vector<HWND>& boards) {
+    const auto moveLast = [](HWND board, int list, WPARAM arrow) {
+      HWND window = Item(board, list);
+      SendMessageW(board, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window), TRUE);
+      PressKey(window, VK_END);
+      PressKey(window, arrow, true);
+    };
+    for (HWND board : boards) {
+      WaitForRows(board, 4, 2, 1);
+      Press(board, Board::kAuto);
+    }
+    moveLast(boards[0], Board::kBeforeList, VK_RIGHT);
+    for (HWND board : boards) WaitForRows(board, 3, 3, 1);
+    moveLast(boards[1], Board::kFinishedList, VK_LEFT);
+    for (HWND board : boards) WaitForRows(board, 3, 4, 0);
+    for (HWND board : boards) Press(board, IDCANCEL);
+    for (HWND board : boards) WaitUntilClosed(board);
+  }
+  void ExpectBothMoved() {
+    EXPECT_EQ(GetText(Read(4).stageCode), "10");
+    EXPECT_EQ(GetText(Read(7).stageCode), "20");
+    EXPECT_EQ(GetText(Read(1).stageCode), "");
+  }
+
+  std::string day_ = kDay;
   WindowPractice practice_{"board"};
 };
 
@@ -173,6 +202,65 @@ TEST_F(VisitFlowWindow, SeesOtherWorkstationsAndWritesNothingBlindly) {
   EXPECT_EQ(Read(4).visited, 0);
   EXPECT_EQ(T::GetGlobalSettingInt("KOVACOM", "VisitFlowAutoUpdate", 0), 1);
   EXPECT_GT(T::GetGlobalSettingInt("KOVACOM", "VisitFlowWindowWidth", 0), 0);
+}
+
+TEST_F(VisitFlowWindow, RowsAreDraggedWhereTheyBelong) {
+  AddDay();
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         WaitForRows(board, 4, 2, 1);
+         HWND before = Item(board, Board::kBeforeList), staged = Item(board, Board::kStagedList),
+              finished = Item(board, Board::kFinishedList);
+         DragAndDrop(board, CellOnScreen(before, 2, 0), CellOnScreen(finished, 3, 0));  // not from there
+         DragAndDrop(board, CellOnScreen(before, 1, 0), CellOnScreen(staged, 4, 0));
+         WaitForRows(board, 3, 3, 1);
+         EXPECT_EQ(ListCell(staged, 0, 0).substr(0, 3), "102");
+         DragAndDrop(board, CellOnScreen(staged, 0, 0), CellOnScreen(staged, 1, 1));  // the next stage
+         WaitFor("the next stage", [&] { return ListCell(staged, 0, 1).substr(0, 3) == "102"; });
+         DragAndDrop(board, CellOnScreen(staged, 0, 1), CellOnScreen(finished, 0, 0));
+         WaitForRows(board, 3, 2, 2);
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+  EXPECT_EQ(GetText(Read(2).stageCode), "01");
+}
+
+TEST_F(VisitFlowWindow, TwoOfOneProcessWorkSideBySide) {
+  AddDay();
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         (void)Dialog(kTitle);
+         const auto open = [](void*) -> DWORD { return DWORD(CKovaComDlg::OpenVisitFlowDialog(kDay)); };
+         HANDLE second = CreateThread(nullptr, 0, open, nullptr, 0, nullptr);
+         ExpectEachShowsTheOthersMoves(Dialogs(kTitle, 2));
+         WaitForSingleObject(second, INFINITE);
+         CloseHandle(second);
+       });
+  ExpectBothMoved();
+}
+
+TEST_F(VisitFlowWindow, TwoHostsOnOnePractice) {
+  const std::tm now = kova::os::LocalTime();
+  char today[40];
+  std::snprintf(today, sizeof today, "%04d%02d%02d", now.tm_year + 1900, now.tm_mon + 1, now.tm_mday);
+  day_ = today;  // which a host shows first
+  AddDay();
+  const auto folder = std::filesystem::current_path();
+  std::filesystem::current_path(practice_.Native());
+  const auto program = kova::testing::BuiltProgram("reception");
+  kova::testing::ChildProcess one({"--app", "app.ini"}, program), other({"--app", "app.ini"}, program);
+  Work([] {},
+       [&] {
+         const std::vector<HWND> hosts = Dialogs("受付", 2);
+         for (HWND host : hosts) PostMessageW(host, WM_COMMAND, IDC_BOARD, 0);
+         ExpectEachShowsTheOthersMoves(Dialogs(kTitle, 2));
+         for (HWND host : hosts) PostMessageW(host, WM_CLOSE, 0, 0);
+         EXPECT_EQ(one.Wait(), 0);
+         EXPECT_EQ(other.Wait(), 0);
+       });
+  std::filesystem::current_path(folder);
+  ExpectBothMoved();
 }
 
 TEST_F(VisitFlowWindow, HasTwoListsWithoutStagesAndRefusesHalfADate) {

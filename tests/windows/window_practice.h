@@ -5,6 +5,7 @@
 #include <afxwin.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "hosts/person/window_driver.h"
@@ -30,6 +31,7 @@ class WindowPractice {
   }
 
   const std::string& Folder() const { return folder_.Path(); }
+  std::filesystem::path Native() const { return folder_.Native(); }
   /// The application profile as a program's argument.
   std::string Profile() const { return folder_.Argument() + "app.ini"; }
   CKovaDBSys& Database() { return database_; }

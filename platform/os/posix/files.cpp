@@ -92,6 +92,10 @@ FileOutcome ReadUpTo(int fd, std::size_t limit, std::string& content) {
       content.resize(limit);
       return FileOutcome::kTooLarge;
     }
+    if (filled == expected) {
+      content.resize(filled);
+      return FileOutcome::kOk;
+    }
     if (filled == content.size()) content.resize(filled + filled / 2 + 4096);
   }
 }

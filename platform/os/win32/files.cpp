@@ -118,7 +118,7 @@ FileOutcome ReadUpTo(HANDLE file, std::size_t limit, std::string& content) {
       return outcome;
     }
     filled += got;
-    if (got == 0 || filled > limit) {
+    if (got < room || filled > limit) {
       content.resize(std::min(filled, limit));
       return filled > limit ? FileOutcome::kTooLarge : FileOutcome::kOk;
     }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <ctime>
 #include <new>
+#include <utility>
 
 #include "platform/os/clock.h"
 
@@ -20,7 +21,8 @@ SqliteEngine::SqliteEngine(Connection connection, bool canWrite)
       canWrite_(canWrite),
       statements_(AllTables().size()),
       writeCounts_(AllTables().size()),
-      dirty_(AllTables().size()) {
+      uncommitted_(AllTables().size()),
+      takenBack_(AllTables().size()) {
   sqlite3_busy_handler(connection_.get(), &WaitWhileBusy, this);
   // Plans must not depend on what is bound: SQLite would compile a kept statement anew for every limit.
   sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
@@ -165,7 +167,7 @@ Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
     // A failed write like any other: the transaction of its own must not stay open and keep the write lock.
   }
   if (result == Result::kDone) {
-    dirty_[static_cast<std::size_t>(table.id)] = true;
+    uncommitted_[static_cast<std::size_t>(table.id)].isNew = true;
     ++writeCounts_[static_cast<std::size_t>(table.id)];
   }
   if (!own) return result;
@@ -266,6 +268,7 @@ Result SqliteEngine::EndUnit(bool worked) {
     mode_ = Mode::kHost;
     if (worked) return Execute(connection_.get(), "RELEASE unit");
     for (std::uint64_t& count : writeCounts_) ++count;
+    for (Uncommitted& each : uncommitted_) each.isNew = each.Count() > 0;
     return Execute(connection_.get(), "ROLLBACK TO unit; RELEASE unit");
   }
   if (mode_ != Mode::kUnit) return Result::kNoTransaction;
@@ -283,14 +286,18 @@ Result SqliteEngine::Commit() {
     Rollback();
     return result;
   }
-  std::fill(dirty_.begin(), dirty_.end(), false);
+  std::fill(uncommitted_.begin(), uncommitted_.end(), Uncommitted());
   mode_ = Mode::kIdle;
   return Result::kDone;
 }
 
 void SqliteEngine::Rollback() {
   if (sqlite3_get_autocommit(connection_.get()) == 0) (void)Execute(connection_.get(), "ROLLBACK");
-  std::fill(dirty_.begin(), dirty_.end(), false);
+  for (std::size_t i = 0; i < uncommitted_.size(); ++i) {
+    // To whoever was given one of these stamps, taking the changes back is one more change.
+    const std::int64_t stamps = std::exchange(uncommitted_[i], Uncommitted()).stamps;
+    takenBack_[i] += stamps > 0 ? stamps + 1 : 0;
+  }
   if (mode_ != Mode::kReading) {
     for (std::uint64_t& count : writeCounts_) ++count;  // records read ahead may hold what was taken back
   }
@@ -299,13 +306,15 @@ void SqliteEngine::Rollback() {
 
 Result SqliteEngine::WriteStamps() {
   for (const TableDef& table : AllTables()) {
-    if (!dirty_[static_cast<std::size_t>(table.id)]) continue;
+    const std::int64_t changes = uncommitted_[static_cast<std::size_t>(table.id)].Count();
+    if (changes == 0) continue;
     sqlite3_stmt* statement = Prepared(
-        stampWrite_, [] { return "UPDATE change_stamp SET stamp = MAX(stamp + 1, ?) WHERE tableName = ?"; });
+        stampWrite_, [] { return "UPDATE change_stamp SET stamp = MAX(stamp + ?, ?) WHERE tableName = ?"; });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
-    sqlite3_bind_int64(statement, 1, std::time(nullptr));
-    BindText(statement, 2, table.name);
+    sqlite3_bind_int64(statement, 1, changes);
+    sqlite3_bind_int64(statement, 2, std::time(nullptr));
+    BindText(statement, 3, table.name);
     const Result result = FromSqlite(sqlite3_step(statement));
     if (result != Result::kDone) return result;
   }
@@ -334,7 +343,11 @@ Result SqliteEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t&
   if (code != SQLITE_ROW) return FromSqlite(code);
   if (sqlite3_column_type(statement, 0) != SQLITE_INTEGER) return Result::kDamaged;
   sum = sqlite3_column_int64(statement, 0);
-  for (const TableId table : tables) sum += dirty_[static_cast<std::size_t>(table)] ? 1 : 0;
+  for (const TableId table : tables) {
+    Uncommitted& own = uncommitted_[static_cast<std::size_t>(table)];
+    own = {false, own.Count()};
+    sum += own.stamps + takenBack_[static_cast<std::size_t>(table)];
+  }
   return Result::kDone;
 }
 

@@ -42,6 +42,12 @@ class SqliteEngine final : public Engine {
     Statement insert, update, remove, selectById;
     std::vector<Statement> reads;  // keys * kRanges
   };
+  /// A table's changes in the transaction that is open.
+  struct Uncommitted {
+    bool isNew = false;       // changed since a stamp was last given
+    std::int64_t stamps = 0;  // given so far
+    std::int64_t Count() const { return stamps + (isNew ? 1 : 0); }
+  };
   enum class Mode { kIdle, kReading, kHost, kUnit, kUnitInHost };
 
   static int WaitWhileBusy(void* self, int);
@@ -74,7 +80,8 @@ class SqliteEngine final : public Engine {
   std::vector<Statement> stampReads_;                        // by the number of tables
   Statement stampWrite_, numberNext_;
   std::vector<std::uint64_t> writeCounts_;
-  std::vector<bool> dirty_;  // tables written in the transaction that is open
+  std::vector<Uncommitted> uncommitted_;  // by table
+  std::vector<std::int64_t> takenBack_;   // by table: stamps given of changes that were rolled back
   Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;
   std::int64_t deadline_ = 0;  // of os::MonotonicMilliseconds

@@ -17,7 +17,7 @@ class WindowCombo final : public HostCombo {
   }
   void Empty() override { Send(CB_RESETCONTENT); }
   // Inserted at the end an entry stays there, in a sorted box too.
-  int Append(const std::string& text) override {
+  int Append(std::string_view text) override {
     return static_cast<int>(Send(CB_INSERTSTRING, -1, reinterpret_cast<LPARAM>(window::Wide(text).c_str())));
   }
   int Count() const override { return static_cast<int>(Send(CB_GETCOUNT)); }
