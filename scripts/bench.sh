@@ -1,5 +1,6 @@
 #!/bin/bash
 # Measures the library natively, optimised: ours, the baseline and their ratio, from one run.
+# KOVA_COORDINATES names a whole PostGeo.csv to measure the map with.
 # The large practice (1,000,000 reservations) is made once, under build/bench/practice.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,6 +19,7 @@ trap 'rm -rf "$work"' EXIT
 "$bin/operations_bench" "$work"
 "$bin/mail_bench" "$work"
 "$bin/cashless_bench" "$work"
+"$bin/map_bench" "$work" ${KOVA_COORDINATES:+"$KOVA_COORDINATES"}
 "$bin/pickers_bench" "$work"
 "$bin/visitflow_bench" build/bench/practice "$work"
 "$bin/recordstore_bench" build/bench/practice

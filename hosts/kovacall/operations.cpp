@@ -145,6 +145,8 @@ int UseCashChanger(CKovaDBSys* db, const char* number) {
   return T::UseCashChanger(db, &table.record);
 }
 
+int CallPostToMap(CKovaDBSys* db, CStringArray* codes) { return T::CallPostToMap(db, nullptr, codes); }
+
 }  // namespace
 
 const std::vector<Operation>& Operations() {
@@ -196,6 +198,7 @@ const std::vector<Operation>& Operations() {
       Declare("FillTemplate", {"number", "reservation"}, &FillTemplate),
       Declare("GetCashlessType", {}, &GetCashlessType),
       Declare("UseCashChanger", {"sale"}, &UseCashChanger),
+      Declare("CallPostToMap", {"codes"}, &CallPostToMap),
       Declare("IsNumeric", {"text"}, &T::IsNumeric),
       Declare("Str2Long", {"text"}, &T::Str2Long),
       Declare("ChangeFurigana", {"text", "kanaMode", "spaceFlag"}, &T::ChangeFurigana),

@@ -5,6 +5,7 @@
 #include <afxwin.h>
 
 #include "entry/kovacomdlg_export.h"
+#include "entry/post_list.h"
 
 class CKovaDBSys;
 class CPatientDB;
@@ -184,6 +185,36 @@ class KOVACOMDLG_API CKovaSubTools {
   /// Passes a sale's change to the cash changer and waits for it: 1 done, 0 not done or not to be done (no
   /// changer, no change, or money to be returned where the profile forbids it).
   static int UseCashChanger(CKovaDBSys* db, tagSALE* sale);
+
+  // ---- The map of patients, from "PostGeo.csv" and "map_tmp.htm" in the program folder (docs/postal.md).
+  // Where an operation takes `progress`, it shows how far it is in a window over that one, which lets the
+  // user stop it; null: it shows nothing.
+
+  /// The whole job: counts how many of the codes lie at each place, writes the page "map.htm" into the
+  /// program folder and opens it in the browser, behind a progress window over `parent`. 1 when the page was
+  /// opened; 0 when the user stopped it, or it failed, which the user is told. The connection keeps the table
+  /// of places; its counts are 0 afterwards.
+  static int CallPostToMap(CKovaDBSys* db, CWnd* parent, CStringArray* codes);
+  /// The connection's table of places, empty before the first use; null without a connection. It goes with
+  /// it.
+  static CPostList* GetPostList(CKovaDBSys* db);
+  /// An empty table for RemapPostList; FreePlaceList frees it.
+  static CPlaceList* NewPlaceList();
+  static void FreePlaceList(CPlaceList* places);
+  /// Loads the connection's table, unless it is loaded. 0 only when the user stopped it; a file that cannot
+  /// be read leaves it empty.
+  static int InitPostList(CKovaDBSys* db, CWnd* progress);
+  /// Counts one patient's code: without "-", filled up with zeros to seven digits, cut there. An unknown one
+  /// is not counted.
+  static void SetPostData(CPostList* table, const char* code);
+  /// Sets every count to 0.
+  static void ResetPostList(CPostList* table);
+  /// Gathers what was counted by place into the empty table `places`, and gives the box around it (999, 0,
+  /// 999, 0 when nothing was); any of the numbers may be null. 0 when the user stopped it, else 1.
+  static int RemapPostList(CWnd* progress, CPostList* table, CPlaceList* places, double* minLatitude,
+                           double* maxLatitude, double* minLongitude, double* maxLongitude);
+  /// Writes the page of what was counted and opens it; as CallPostToMap.
+  static int CallPostMap(CWnd* progress, CPostList* table);
 
   // ---- Text, numbers, dates.
 

@@ -81,14 +81,16 @@ void WorkDialog::OnCancel() {
   if (kind_ == Kind::kStoppable) isStopped_ = true;
 }
 
-void WorkDialog::Begin(std::string_view text) {
+void WorkDialog::Begin(std::string_view text, double from, double to) {
   const Locked locked(phaseLock_);
   phase_ = text;
-  done_ = 0;
+  from_ = from;
+  to_ = to;
+  done_ = from;
 }
 
 bool WorkDialog::Report(double done) {
-  done_ = done;
+  done_ = from_ + (to_ - from_) * done;
   return !isStopped_;
 }
 

@@ -38,7 +38,7 @@ class WorkDialog final : public Dialog, private foundation::Progress {
   void OnOk() override {}
   void OnCancel() override;
 
-  void Begin(std::string_view text) override;
+  void Begin(std::string_view text, double from, double to) override;
   bool Report(double done) override;
 
   static unsigned __stdcall Thread(void* self) noexcept;
@@ -48,7 +48,9 @@ class WorkDialog final : public Dialog, private foundation::Progress {
   Work work_;
   HANDLE thread_ = nullptr;
   std::exception_ptr failure_;
-  std::atomic<double> done_ = 0;
+  double from_ = 0;  // of the phase; for the working thread only
+  double to_ = 1;
+  std::atomic<double> done_ = 0;  // of the whole
   std::atomic<bool> isStopped_ = false;
   SRWLOCK phaseLock_ = SRWLOCK_INIT;
   std::string phase_;  // under the lock

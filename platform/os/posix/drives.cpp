@@ -16,7 +16,8 @@ bool IsRemoteFolder(std::string_view folder) {
     case 0xFE534D42:  // SMB2
     case 0x01021997:  // 9P
       return true;
-    default: return false;
+    default:
+      return false;
   }
 }
 

@@ -12,4 +12,9 @@ void HostWait(std::string_view text, const std::function<void()>& work) {
   });
 }
 
+bool HostWork(CWnd* parent, std::string_view title, const std::function<void(foundation::Progress&)>& work) {
+  window::WorkDialog dialog(title, window::WorkDialog::Kind::kStoppable);
+  return dialog.Run(parent == nullptr ? nullptr : parent->GetSafeHwnd(), work);
+}
+
 }  // namespace kova::entry
