@@ -1,5 +1,7 @@
 #include "platform/toollib/tools.h"
 
+#include "platform/os/files.h"
+
 std::string CTools::MakeDate(std::string_view date) {
   std::string shown(date);
   if (date.size() != 8 || date.find_first_not_of("0123456789") != std::string_view::npos) return shown;
@@ -10,4 +12,15 @@ std::string CTools::WithMaidenName(std::string_view name, std::string_view maide
   std::string shown(name);
   if (!maidenName.empty()) shown.append("（").append(maidenName).append("）");
   return shown;
+}
+
+std::string CTools::NumericFormat(std::int64_t number) {
+  std::string text = std::to_string(number);
+  const std::size_t first = number < 0 ? 1 : 0;
+  for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
+  return text;
+}
+
+bool CTools::ExistFile(std::string_view path) {
+  return kova::os::RealFiles().Kind(path) == kova::os::PathKind::kFile;
 }

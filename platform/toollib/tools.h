@@ -1,7 +1,8 @@
 #pragma once
 
-// Stand-in for the part of the suite's Tool library that the mails and the patient list need.
+// Stand-in for the part of the suite's Tool library that the library needs.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -13,4 +14,10 @@ class CTools {
   /// A name with the maiden name behind it, "山田　花子（佐藤）"; the name alone when there is no maiden
   /// name.
   static std::string WithMaidenName(std::string_view name, std::string_view maidenName);
+
+  /// A number with thousands separators, "-1,234,567".
+  static std::string NumericFormat(std::int64_t number);
+
+  /// True when there is a file (not a folder) of that full name.
+  static bool ExistFile(std::string_view path);
 };
