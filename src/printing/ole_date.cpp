@@ -39,7 +39,8 @@ DateParts CivilDate(int dayNumber) {
 }  // namespace
 
 DateParts PartsOf(const _TMPRECEIPTDATE& date) {
-  if (date.status != kValid || !std::isfinite(date.days) || date.days < kFirstDay || date.days >= kLastDay + 1)
+  if (date.status != kValid || !std::isfinite(date.days) || date.days < kFirstDay ||
+      date.days >= kLastDay + 1)
     return {};
   const double day = std::trunc(date.days);
   const bool nextDay = std::round(std::abs(date.days - day) * kSecondsOfDay) >= kSecondsOfDay;

@@ -17,9 +17,9 @@ enum class KeyUse { kAlways, kOptional, kNever };
 
 /// A kind of form: which keys its file has, and whether the parts of a receipt follow them.
 struct PrintForm {
-  int count;              // the highest key number; stands in the file as "Count="
+  int count;               // the highest key number; stands in the file as "Count="
   KeyUse (*use)(int key);  // of the keys 1 to count
-  bool hasReceiptParts;   // [InsData] and [ListData]
+  bool hasReceiptParts;    // [InsData] and [ListData]
 };
 
 extern const PrintForm kPatientForm;
@@ -41,9 +41,9 @@ inline constexpr int kInsuranceKeys = 50;
 /// What one file says, without its layout. Texts are code page 932.
 struct PrintData {
   const PrintForm* form = &kPatientForm;
-  std::map<int, std::string> simple;                     // by key number; one that is missing is empty
-  std::array<std::string, kInsuranceKeys> insurance;     // of the categories 1 to 50
-  std::vector<PrintColumn> columns;                      // at most kMostColumns
+  std::map<int, std::string> simple;                  // by key number; one that is missing is empty
+  std::array<std::string, kInsuranceKeys> insurance;  // of the categories 1 to 50
+  std::vector<PrintColumn> columns;                   // at most kMostColumns
 };
 
 /// `value` as it can stand in the file: every control character (so every line end and tab), and every lead

@@ -45,8 +45,8 @@ class Reader {
     Fail(Quoted(beginning) + " with a number is expected, not " + Quoted(line));
   }
 
-  /// The value of a line "DataK=value" in `value`. False, and the line is still to be read, when it is another
-  /// key's and the key may be missing.
+  /// The value of a line "DataK=value" in `value`. False, and the line is still to be read, when it is
+  /// another key's and the key may be missing.
   bool Value(std::string_view key, bool mayBeMissing, std::string& value) {
     const std::string beginning = std::string("Data").append(key) + "=";
     if (mayBeMissing && !rest_.starts_with(beginning)) return false;
@@ -102,8 +102,7 @@ void ReadInsurance(Reader& reader, PrintData& data) {
 }
 
 void ReadList(Reader& reader, PrintData& data) {
-  for (const char* line : {"[ListData]", "ListCount=1", "", "[ListData1]", "RowCount=1"})
-    reader.Expect(line);
+  for (const char* line : {"[ListData]", "ListCount=1", "", "[ListData1]", "RowCount=1"}) reader.Expect(line);
   const int count = reader.Count("ColumnCount", kMostColumns);
   reader.Expect("");
   for (int column = 1; column <= count; ++column) {

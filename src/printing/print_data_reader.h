@@ -10,7 +10,7 @@ namespace kova::printing {
 
 /// Where and why a file does not follow the format.
 struct PrintDataFault {
-  int line = 0;  // from 1
+  int line = 0;        // from 1
   std::string reason;  // one line of English
 };
 

@@ -20,8 +20,9 @@ TEST(PrintData, TheLayoutOfAPatientFile) {
   PrintData data;
   data.simple = {{1, "7"}, {79, "z"}};
   const std::string bytes = WritePrintData(data);
-  EXPECT_TRUE(bytes.starts_with("[page]\r\npagecount=1\r\n\r\n[startpage1]\r\n[SimpleData]\r\nCount=79\r\nData1=7\r\n"
-                                "Data2=\r\n"));
+  EXPECT_TRUE(
+      bytes.starts_with("[page]\r\npagecount=1\r\n\r\n[startpage1]\r\n[SimpleData]\r\nCount=79\r\nData1=7\r\n"
+                        "Data2=\r\n"));
   EXPECT_TRUE(bytes.ends_with("Data78=\r\nData79=z\r\n\r\n[endpage1]\r\n\r\n"));
   EXPECT_NE(bytes.find("Data29=\r\nData31=\r\n"), std::string::npos);
   EXPECT_NE(bytes.find("Data45=\r\nData51=\r\n"), std::string::npos);
@@ -29,11 +30,12 @@ TEST(PrintData, TheLayoutOfAPatientFile) {
 
 TEST(PrintData, TheLayoutOfAReceipt) {
   const std::string bytes = WritePrintData(Receipt());
-  for (const char* part :
-       {"[SimpleData]\r\nCount=99\r\n", "Data31=\r\nData33=\r\n", "Data61=\r\nData98=\r\nData99=\\1,000\r\n[InsData]\r\n",
-        "[InsData]\r\nCount=50\r\nData1=\r\nData2=12点\r\n",
-        "Data50=\r\n[ListData]\r\nListCount=1\r\n\r\n[ListData1]\r\nRowCount=1\r\nColumnCount=2\r\n\r\nData00101=ソ",
-        "Data00204=x\r\n\r\n[endpage1]\r\n\r\n"})
+  for (const char* part : {"[SimpleData]\r\nCount=99\r\n", "Data31=\r\nData33=\r\n",
+                           "Data61=\r\nData98=\r\nData99=\\1,000\r\n[InsData]\r\n",
+                           "[InsData]\r\nCount=50\r\nData1=\r\nData2=12点\r\n",
+                           "Data50=\r\n[ListData]\r\nListCount=1\r\n\r\n[ListData1]\r\nRowCount="
+                           "1\r\nColumnCount=2\r\n\r\nData00101=ソ",
+                           "Data00204=x\r\n\r\n[endpage1]\r\n\r\n"})
     EXPECT_NE(bytes.find(part), std::string::npos) << part;
   PrintData withTax = Receipt();
   withTax.simple[32] = "消費税(10%)";
@@ -44,9 +46,15 @@ TEST(PrintData, AValueCannotBreakTheFile) {
   const struct {
     std::string value, plain;
   } rows[] = {
-      {"a\r\nb\tc", "a  b c"},     {std::string("a\0b", 3), "a b"}, {"\x7F", " "},
-      {"\x95\\", "\x95\\"},        {"x\x95", "x "},                 {"\x95\n[page]", "  [page]"},
-      {"\x81 y", "  y"},           {"\xB1\xDD", "\xB1\xDD"},        {"%s%n=[page]", "%s%n=[page]"},
+      {"a\r\nb\tc", "a  b c"},
+      {std::string("a\0b", 3), "a b"},
+      {"\x7F", " "},
+      {"\x95\\", "\x95\\"},
+      {"x\x95", "x "},
+      {"\x95\n[page]", "  [page]"},
+      {"\x81 y", "  y"},
+      {"\xB1\xDD", "\xB1\xDD"},
+      {"%s%n=[page]", "%s%n=[page]"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(PlainValue(row.value), row.plain);

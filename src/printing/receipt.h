@@ -23,10 +23,11 @@ enum _TMPTAXCLASS : std::uint8_t {
 /// One line of a receipt.
 struct _TMPSALEITEM {
   char saleDate[9];             ///< YYYYMMDD; decides whether a reduced rate is in force
-  char receiptCategoryCode[4];  ///< category on receipts, three digits; its number is the integer at its beginning
+  char receiptCategoryCode[4];  ///< category on receipts, three digits; its number is the integer at its
+                                ///< beginning
   std::uint8_t status;          ///< 0: may stand for the whole receipt in the one-line summary
   char itemName[41];
-  char printName[41];           ///< printed in the place of the name when it is not empty
+  char printName[41];             ///< printed in the place of the name when it is not empty
   std::uint8_t insuranceItem;     ///< non-zero: of the insured part, counted in points
   std::uint8_t insuranceApplied;  ///< non-zero: a line in yen that belongs to the insured part
   std::uint8_t categoryReduced;   ///< non-zero: its credit category is one of the reduced tax rate
@@ -42,16 +43,16 @@ struct _TMPSALEITEM {
 struct _TMPRECEIPT {
   char receiptNumber[21];
   char payerName[41];
-  char memo[101];            ///< also the remark of the first line
+  char memo[101];  ///< also the remark of the first line
   char patientCode[21];
-  char staffName[41];        ///< who issues it
+  char staffName[41];  ///< who issues it
   char paymentMethod[41];
   char insuranceType[41];
-  char burdenText[21];       ///< the patient's share, "30%"
-  char directorName[41];     ///< who stands for the practice
+  char burdenText[21];    ///< the patient's share, "30%"
+  char directorName[41];  ///< who stands for the practice
   char doctorName[41];
   char departmentName[41];
-  char closingText[81];      ///< explains the number that the form shows behind it, the reduced rate in percent
+  char closingText[81];  ///< explains the number that the form shows behind it, the reduced rate in percent
   char greeting[81];
   _TMPRECEIPTDATE receiptDate;
   _TMPRECEIPTDATE fromDate;  ///< with toDate: the days that the receipt is for
@@ -77,8 +78,8 @@ struct _TMPRECEIPT {
   std::int32_t notTaxedTotal;
   std::int32_t contractTotal;  ///< of the contract that is paid in instalments; 0 for none
   std::int32_t contractPaid;
-  char contractDate[9];        ///< YYYYMMDD
-  std::uint8_t continuing;     ///< non-zero: a sale under a continuing contract ("ConsumptionTaxCont" counts)
+  char contractDate[9];     ///< YYYYMMDD
+  std::uint8_t continuing;  ///< non-zero: a sale under a continuing contract ("ConsumptionTaxCont" counts)
 
   std::int32_t itemCount;
   _TMPSALEITEM** items;  ///< the lines, in the order of the receipt; the caller's

@@ -5,7 +5,8 @@ namespace {
 
 constexpr int kAsProfileSays = 2;
 
-bool ShowsInsurancePrice(const foundation::SettingsSnapshot& settings, const os::ApplicationProfile& profile) {
+bool ShowsInsurancePrice(const foundation::SettingsSnapshot& settings,
+                         const os::ApplicationProfile& profile) {
   const int mode = settings.GetInt("MENTE", "PrintInsPrice", kAsProfileSays);
   return (mode == kAsProfileSays ? profile.GetInt("KOVAMENTE", "PrintInsPrice", 0) : mode) != 0;
 }
