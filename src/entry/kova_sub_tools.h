@@ -9,6 +9,10 @@
 class CKovaDBSys;
 class CPatientDB;
 class CPatientDB2;
+struct _NEXTCARDDATA;
+struct _TMPRECEIPT;
+struct _TMPSALEITEM;
+struct tagPATIENTDB;
 struct tagRESERVATION;
 
 /// The calculations and file exchanges that must come out alike in all applications of the suite. All
@@ -157,6 +161,30 @@ class KOVACOMDLG_API CKovaSubTools {
   /// records are there and the patient allows mail.
   static int SetAppoPatientInfo2(const tagRESERVATION& reservation, CPatientDB* patient,
                                  CPatientDB2* contact);
+
+  // ---- Printed documents: files for the suite's form-printing program (docs/receipts.md). A file is written
+  // whole or not at all, and flushed; the one that was there before stays until then.
+
+  /// Hands a receipt (printing/receipt.h) over as `basePath` + ".tmp". 0 done; -1 the file could not be
+  /// written; -2 there is no receipt, no path, or a line is missing; -3 more columns than the 999 that the
+  /// format holds. But for 0 an older ".tmp" is as it was.
+  ///
+  /// @param db     not used, may be null: the receipt says everything
+  /// @param flags  KOVA_PRINT_REISSUED marks a receipt that was printed before; other bits mean nothing
+  static int CreatePrintTmp(CKovaDBSys* db, const char* basePath, unsigned int flags, _TMPRECEIPT* receipt);
+  /// The same for a stored sale, with its items and its charge. Also -4: no such sale, or it cannot be read.
+  static int CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, unsigned int flags,
+                                  const char* saleNumber);
+  /// Writes a patient's form data to the file `path`, with what the database that the application profile
+  /// names holds of the patient. 0 done; -1 the file could not be written, and is as it was.
+  static long CreatePrintFile(tagPATIENTDB* patient, const CString& path);
+  /// Fills `card` (printing/next_card.h) with the patient's next appointments, from that database. Gives
+  /// their count, 0 to 4; -1, and the card is empty, when they cannot be read.
+  static int DoLoadResData(const char* patientCode, _NEXTCARDDATA* card);
+  /// Non-zero when a receipt's line is taxed at the reduced rate: its category or item says so, and its date
+  /// has one. `printListSum4` is taken for the sake of the callers: whether the line is marked is not asked
+  /// here.
+  static int CheckReduce(_TMPSALEITEM* item, int printListSum4);
 
   // ---- Text, numbers, dates.
 
