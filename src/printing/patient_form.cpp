@@ -136,7 +136,7 @@ PrintData MakePatientData(const PatientForm& form) {
   PutClinicAndDay(form, keys);
   PutAppointments(form.next, keys);
   PrintData data;
-  data.form = &kPatientForm;
+  data.form = &FormOfPatients();
   data.simple = keys.Take();
   return data;
 }

@@ -70,11 +70,18 @@ void AddList(const PrintData& data, Lines& lines) {
 
 }  // namespace
 
-const PrintForm kPatientForm{79, &PatientKey, false};
-const PrintForm kReceiptForm{99, &ReceiptKey, true};
+const PrintForm& FormOfPatients() {
+  static const PrintForm form{79, &PatientKey, false};
+  return form;
+}
+
+const PrintForm& FormOfReceipts() {
+  static const PrintForm form{99, &ReceiptKey, true};
+  return form;
+}
 
 const PrintForm* FormOfCount(int count) {
-  for (const PrintForm* form : {&kPatientForm, &kReceiptForm}) {
+  for (const PrintForm* form : {&FormOfPatients(), &FormOfReceipts()}) {
     if (form->count == count) return form;
   }
   return nullptr;

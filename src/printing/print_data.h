@@ -22,8 +22,8 @@ struct PrintForm {
   bool hasReceiptParts;    // [InsData] and [ListData]
 };
 
-extern const PrintForm kPatientForm;
-extern const PrintForm kReceiptForm;
+const PrintForm& FormOfPatients();
+const PrintForm& FormOfReceipts();
 
 /// The form whose simple part has `count` as its count; null when there is none.
 const PrintForm* FormOfCount(int count);
@@ -40,7 +40,7 @@ inline constexpr int kInsuranceKeys = 50;
 
 /// What one file says, without its layout. Texts are code page 932.
 struct PrintData {
-  const PrintForm* form = &kPatientForm;
+  const PrintForm* form = &FormOfPatients();
   std::map<int, std::string> simple;                  // by key number; one that is missing is empty
   std::array<std::string, kInsuranceKeys> insurance;  // of the categories 1 to 50
   std::vector<PrintColumn> columns;                   // at most kMostColumns

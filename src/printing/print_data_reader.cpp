@@ -83,7 +83,7 @@ class Reader {
 
 void ReadSimple(Reader& reader, PrintData& data) {
   reader.Expect("[SimpleData]");
-  const int count = reader.Count("Count", kReceiptForm.count);
+  const int count = reader.Count("Count", FormOfReceipts().count);
   data.form = FormOfCount(count);
   if (data.form == nullptr) reader.Fail("no form has the count " + std::to_string(count));
   for (int key = 1; key <= count; ++key) {
@@ -131,7 +131,7 @@ std::optional<PrintDataFault> ReadPrintData(std::string_view bytes, PrintData& d
     reader.ExpectEnd();
   } catch (Fault& fault) {
     // A null form would be a trap for who looks at what was read.
-    if (data.form == nullptr) data.form = &kPatientForm;
+    if (data.form == nullptr) data.form = &FormOfPatients();
     return std::move(fault.fault);
   }
   return std::nullopt;

@@ -9,7 +9,7 @@ namespace {
 
 PrintData Receipt() {
   PrintData data;
-  data.form = &kReceiptForm;
+  data.form = &FormOfReceipts();
   data.simple = {{1, "No.: 7"}, {3, "表 様"}, {99, "\\1,000"}};
   data.insurance[1] = "12点";
   data.columns = {{{"ソ[page]=%s", "", "1", ""}}, {{"b", "", "2", "x"}}};

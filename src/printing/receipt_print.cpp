@@ -15,7 +15,7 @@ PrintStatus MakeReceiptData(const _TMPRECEIPT& receipt, const foundation::Settin
   const auto lines = LinesOf(receipt, settings, wanted);
   if (!lines) return PrintStatus::kBadReceipt;
   data = {};
-  data.form = &kReceiptForm;
+  data.form = &FormOfReceipts();
   data.simple = ReceiptHeader(receipt, *lines, wanted, flags);
   data.insurance = InsuranceBoxes(*lines);
   data.columns = ItemColumns(receipt, *lines, wanted);

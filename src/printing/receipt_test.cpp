@@ -6,7 +6,7 @@
 #include "foundation/text_tools.h"
 #include "printing/print_data_reader.h"
 #include "printing/receipt_lines.h"
-#include "printing/testing/receipt_builder.h"
+#include "printing/testing/worked_receipts.h"
 
 namespace kova::printing {
 namespace {
@@ -28,9 +28,7 @@ std::int64_t NumberIn(const std::string& text) {
 
 // The five worked receipts of docs/receipts.md.
 TEST(Receipt, InsuranceOnly) {
-  ReceiptBuilder receipt;
-  receipt.Points("初診料", "001", 264, 790).Points("パノラマ撮影", "005", 402, 1210);
-  const PrintData data = DataOf(receipt.Get(), Settings("PrintInsPrice=1\n"));
+  const PrintData data = testing::InsuranceOnly();
   EXPECT_EQ(Columns(data), (Texts{"初診料: 264点 / 負担金:    790", "パノラマ撮影: 402点 / 負担金:  1,210",
                                   "■■保険適用分合計■■: 666点 / 負担金:  2,000"}));
   EXPECT_EQ(data.simple.at(4), "\\2,000");
@@ -44,9 +42,7 @@ TEST(Receipt, InsuranceOnly) {
 }
 
 TEST(Receipt, SelfPaidWithTaxInside) {
-  ReceiptBuilder receipt;
-  receipt.Yen("ホワイトニング", 1, 33000, TMPTAX_INCLUDED);
-  const PrintData data = DataOf(receipt.Get());
+  const PrintData data = testing::TaxInside();
   EXPECT_EQ(Columns(data), (Texts{"ホワイトニング: 33,000", "■■小計(内税)■■: 33,000",
                                   "■■10%対象■■: 33,000 (税込)", "　消費税(10%対象): 消費税 3,000"}));
   EXPECT_EQ(data.simple.at(29), "\\33,000");
@@ -55,9 +51,7 @@ TEST(Receipt, SelfPaidWithTaxInside) {
 }
 
 TEST(Receipt, SelfPaidWithTaxOnTop) {
-  ReceiptBuilder receipt;
-  receipt.Yen("マウスピース", 2, 5250, TMPTAX_ON_TOP).Yen("診断書", 1, 3000, TMPTAX_NONE);
-  const PrintData data = DataOf(receipt.Get(), Settings("PrintUnitPrice=1\nPrintListYen=1\n"));
+  const PrintData data = testing::TaxOnTop();
   EXPECT_EQ(Columns(data), (Texts{"マウスピース(@5,250x2): \\10,500", "診断書: \\3,000", "■■小計■■: \\3,000",
                                   "■■小計(外税)■■: \\10,500", "　消費税(10%): \\1,050",
                                   "■■10%対象■■: \\10,500 (外税 \\1,050)"}));
@@ -69,10 +63,7 @@ TEST(Receipt, SelfPaidWithTaxOnTop) {
 }
 
 TEST(Receipt, BothRates) {
-  ReceiptBuilder receipt;
-  receipt.Yen("歯ブラシ", 3, 330, TMPTAX_INCLUDED).Yen("キシリトールガム", 1, 780, TMPTAX_ON_TOP, true);
-  receipt.Yen("フッ素洗口液", 1, 1200, TMPTAX_ON_TOP);
-  const PrintData data = DataOf(receipt.Get(), Settings("PrintListSum4=1\n"));
+  const PrintData data = testing::BothRates();
   EXPECT_EQ(Columns(data),
             (Texts{"歯ブラシ(x3) (税込): 990", "キシリトールガム※ (税別): 780", "フッ素洗口液 (税別): 1,200",
                    "■■10%対象(内税)■■: 990", "■■10%対象(外税)■■: 1,200", "■■8%対象(外税)■■: 780",
@@ -82,9 +73,7 @@ TEST(Receipt, BothRates) {
 }
 
 TEST(Receipt, InsuranceAndSelfPaidWithADiscount) {
-  ReceiptBuilder receipt;
-  receipt.Points("再診料", "002", 56, 170).Yen("セラミック", 1, 80000, TMPTAX_ON_TOP).Discount(8000);
-  const PrintData data = DataOf(receipt.Get(), Settings("PrintInsPriceAddText=（税込）\n"));
+  const PrintData data = testing::WithADiscount();
   EXPECT_EQ(Columns(data),
             (Texts{"再診料: 56点", "セラミック: 80,000", "■■保険適用分合計■■: 56点 / 負担金:    170",
                    "■■小計(外税)■■: 80,000", "　消費税(10%): 8,000", "■■10%対象■■: 80,000 (税込)",

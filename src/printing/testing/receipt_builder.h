@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "charges/tax_periods.h"
 #include "foundation/settings.h"
 #include "platform/os/testing/fake_files.h"
 #include "platform/recordstore/kovadbcall.h"
