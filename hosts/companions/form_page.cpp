@@ -1,11 +1,10 @@
 #include "hosts/companions/form_page.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "platform/text932/cp932.h"
 
@@ -41,12 +40,20 @@ tr { break-inside: avoid }
 .dim { color: #555 }
 .right { text-align: right }
 .again { position: absolute; border: 1.2pt solid #b3261e; color: #b3261e; padding: .3mm 2.5mm; font-size: 10pt }
-.payer { font-size: 14pt; border-bottom: .8pt solid #1a1a1a; padding: 0 2mm .5mm; flex: 1 }
+.payer { font-size: 14pt; border-bottom: .8pt solid #1a1a1a; padding: 0 2mm .5mm; flex: 1; align-self: flex-end }
+.head + p { margin-top: 1mm }
 .sum { display: flex; justify-content: center; align-items: baseline; gap: 5mm; margin: 4mm 0 1mm; padding: 2mm;
   border: 1.2pt solid #1a1a1a; background: #f6f7f8 }
 .sum b { font-size: 19pt; letter-spacing: .03em }
+.boxes { display: grid; grid-template-columns: repeat(5, 1fr); gap: 1.5mm; font-size: 8.5pt; text-align: right }
+.boxes > div { border: .4pt solid #9aa3ab; break-inside: avoid }
+.boxes p { padding: .4mm 1.5mm }
+.boxes p:first-child { background: #eef1f4; text-align: left }
 .sub td { background: #f6f7f8 }
-.side { display: grid; grid-template-columns: 1fr 1fr; gap: 4mm; margin-top: 4mm; break-inside: avoid }
+.list th:last-child { width: 20mm }
+.list td:first-child + td { width: 1% }
+.side { display: grid; grid-template-columns: 1fr 1fr; gap: 4mm; align-items: start; margin-top: 4mm;
+  break-inside: avoid }
 .side th { width: 1%; min-width: 24mm }
 .strong td, .strong th { font-weight: bold; border-top: 1.2pt solid #1a1a1a }
 .foot { display: flex; justify-content: space-between; gap: 6mm; margin-top: 4mm; break-inside: avoid }
@@ -153,38 +160,32 @@ class Page {
                 " class=small");
   }
 
-  /// The points of the categories that have any; the names are those of the sample practice.
+  /// The points of the categories that have any; the names are those that this form has for their numbers.
   void Boxes() {
-    static constexpr std::array<std::string_view, 3> kNames = {"初・再診料", "検査", "処置"};
+    static constexpr std::string_view kNames[] = {"初・再診料",     "医学管理等", "処置",       "検査",
+                                                  "画像診断",       "投薬",       "注射",       "リハビリ",
+                                                  "手術",           "麻酔",       "放射線治療", "病理診断",
+                                                  "歯冠修復・補綴", "歯科矯正",   "在宅医療",   "その他"};
+    if (!Has(22)) return;
+    Add("<h2>保険診療の点数</h2>\n<div class=boxes>");
     for (std::size_t i = 0; i < data_.insurance.size(); ++i) {
       if (data_.insurance[i].empty()) continue;
-      const std::string name = i < kNames.size() ? std::string(kNames[i]) : "区分" + std::to_string(i + 1);
-      Box(name, data_.insurance[i]);
+      Box(i < std::size(kNames) ? std::string(kNames[i]) : "区分" + std::to_string(i + 1),
+          data_.insurance[i]);
     }
-    if (boxes_.empty()) return;
-    if (Has(22)) Box("点数合計", Key(22));
-    Add("<h2>保険診療の点数</h2>\n<table class=small>\n");
-    constexpr std::size_t kInRow = 6;
-    for (std::size_t i = 0; i < boxes_.size(); i += kInRow) {
-      for (const bool heading : {true, false}) {
-        Add("<tr>");
-        for (std::size_t at = i; at < i + kInRow; ++at) {
-          const bool there = at < boxes_.size();
-          AddText(heading ? "th" : "td", " class=n width=\"16.6%\"",
-                  !there    ? std::string_view()
-                  : heading ? boxes_[at].first
-                            : boxes_[at].second);
-        }
-        Add("</tr>\n");
-      }
-    }
-    Add("</table>\n");
+    Box("点数合計", Key(22));
+    Add("</div>\n");
   }
-  void Box(std::string name, std::string_view points) { boxes_.emplace_back(std::move(name), points); }
+  void Box(std::string_view name, std::string_view points) {
+    Add("<div>");
+    Paragraph(name);
+    Paragraph(points);
+    Add("</div>");
+  }
 
   void List() {
     if (data_.columns.empty()) return;
-    Add("<h2>明細</h2>\n<table>\n<thead><tr><th>項目</th><th "
+    Add("<h2>明細</h2>\n<table class=list>\n<thead><tr><th>項目</th><th "
         "class=n>金額・点数</th><th>備考</th></tr></thead>\n");
     const std::size_t lines = static_cast<std::size_t>(std::max(0, std::atoi(std::string(Key(20)).c_str())));
     for (std::size_t i = 0; i < data_.columns.size(); ++i) {
@@ -205,7 +206,7 @@ class Page {
   void Payment() {
     Add("<table>\n");
     if (Has(37)) Row("保険分負担金", Key(37));
-    if (Has(38)) Row("自費分（税込）", Key(38));
+    if (Has(38)) Row("自費分", Key(38));
     if (Has(40)) Row("値引", "-" + std::string(Key(40)));
     Row("領収金額", Key(29), "<tr class=strong>");
     if (Has(41)) Row("お預り", Key(41));
@@ -222,7 +223,6 @@ class Page {
     if (Has(56)) Row("※" + ReducedRate() + "対象（税込）", "\\" + std::string(Key(56)));
     if (Has(57)) Row("　うち消費税", "\\" + std::string(Key(57)));
     if (Has(50)) Row("非課税", "\\" + std::string(Key(50)));
-    if (Has(14)) Row("登録番号", Key(14));
     Add("</table>\n");
   }
   /// "10%" of "消費税(10%)".
@@ -333,7 +333,6 @@ class Page {
 
   const PrintData& data_;
   std::string html_;
-  std::vector<std::pair<std::string, std::string>> boxes_;
 };
 
 }  // namespace

@@ -23,3 +23,4 @@
 #define IDM_QUERY_NAME 2003
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
+#define IDM_RECEIPT 2030

@@ -75,13 +75,13 @@ TEST(Receipt, BothRates) {
 TEST(Receipt, InsuranceAndSelfPaidWithADiscount) {
   const PrintData data = testing::WithADiscount();
   EXPECT_EQ(Columns(data),
-            (Texts{"再診料: 56点", "セラミック: 80,000", "■■保険適用分合計■■: 56点 / 負担金:    170",
-                   "■■小計(外税)■■: 80,000", "　消費税(10%): 8,000", "■■10%対象■■: 80,000 (税込)",
-                   "　消費税(10%対象): 消費税 7,272"}));
-  EXPECT_EQ(data.simple.at(4), "\\80,170（税込）");
-  EXPECT_EQ(data.simple.at(21), "56点 + 88,000円");
+            (Texts{"歯科疾患管理料: 100点", "セラミック: 80,000",
+                   "■■保険適用分合計■■: 100点 / 負担金:    300", "■■小計(外税)■■: 80,000",
+                   "　消費税(10%): 8,000", "■■10%対象■■: 83,000 (税込)", "　消費税(10%対象): 消費税 7,545"}));
+  EXPECT_EQ(data.simple.at(4), "\\83,300（税込）");
+  EXPECT_EQ(data.simple.at(21), "100点 + 88,000円");
   EXPECT_EQ(data.simple.at(23), "\\88,000");
-  EXPECT_EQ(data.simple.at(40), "\\8,000（税込）");
+  EXPECT_EQ(data.simple.at(40), "\\5,000（税込）");
 }
 
 TEST(Receipt, WhichColumnsEachSettingBrings) {

@@ -56,9 +56,9 @@ inline PrintData BothRates() {
 inline PrintData WithADiscount() {
   ReceiptBuilder receipt;
   ForPatient(receipt)
-      .Points("再診料", "002", 56, 170)
+      .Points("歯科疾患管理料", "002", 100, 300)
       .Yen("セラミック", 1, 80000, TMPTAX_ON_TOP)
-      .Discount(8000);
+      .Discount(5000);
   return DataOf(receipt.Get(), Settings("PrintInsPriceAddText=（税込）\n"));
 }
 
