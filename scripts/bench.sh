@@ -18,6 +18,7 @@ trap 'rm -rf "$work"' EXIT
 "$bin/operations_bench" "$work"
 "$bin/mail_bench" "$work"
 "$bin/pickers_bench" "$work"
+"$bin/printing_bench" "$work"
 "$bin/visitflow_bench" build/bench/practice "$work"
 "$bin/recordstore_bench" build/bench/practice
 "$bin/scan_memory" build/bench/practice

@@ -52,7 +52,8 @@ void HandOverReceipts(Practice& practice, const std::string& date, const std::st
     if (patients.GetPatient1Data(patient.c_str()) != 0) continue;
     const std::string slip = os::JoinPath(folder, "appointments-" + patient + ".tmp");
     if (slips.insert(patient).second)
-      Check(CKovaSubTools::CreatePrintFile(&patients.record, CString(slip.c_str())), "an appointment slip");
+      Check(CKovaSubTools::CreatePrintFile(&db, &patients.record, CString(slip.c_str())),
+            "an appointment slip");
     rows.push_back({number, text932::ToUtf8(GetText(patients.record.name)), std::to_string(sale.total)});
   }
   Print(FormatTable({{"receipt of sale"}, {"patient"}, {"total", true}}, rows));

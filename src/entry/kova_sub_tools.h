@@ -178,6 +178,9 @@ class KOVACOMDLG_API CKovaSubTools {
   /// Writes a patient's form data to the file `path`, with what the database that the application profile
   /// names holds of the patient. 0 done; -1 the file could not be written, and is as it was.
   static long CreatePrintFile(tagPATIENTDB* patient, const CString& path);
+  /// The same through the host's own connection, for who prints many: opening one takes longer than all the
+  /// rest. Null or closed: as if it held nothing of the patient.
+  static long CreatePrintFile(CKovaDBSys* db, tagPATIENTDB* patient, const CString& path);
   /// Fills `card` (printing/next_card.h) with the patient's next appointments, from that database. Gives
   /// their count, 0 to 4; -1, and the card is empty, when they cannot be read.
   static int DoLoadResData(const char* patientCode, _NEXTCARDDATA* card);

@@ -73,12 +73,18 @@ int CKovaSubTools::CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, un
 }
 
 long CKovaSubTools::CreatePrintFile(tagPATIENTDB* patient, const CString& path) {
+  return Guarded(static_cast<long>(kNotWritten), [&] {
+    OwnDatabase own{Session()};
+    return CreatePrintFile(&own.db, patient, path);
+  });
+}
+
+long CKovaSubTools::CreatePrintFile(CKovaDBSys* db, tagPATIENTDB* patient, const CString& path) {
   return Guarded(static_cast<long>(kNotWritten), [&]() -> long {
     if (patient == nullptr || path.IsEmpty()) return kNotWritten;
     const Session session;
-    OwnDatabase own(session);
     const printing::PatientForm form =
-        printing::ReadPatientForm(&own.db, *patient, session.settings.Open(), os::LocalTime());
+        printing::ReadPatientForm(db, *patient, session.settings.Open(), os::LocalTime());
     const std::string bytes = printing::WritePrintData(printing::MakePatientData(form));
     return session.files.Replace(path.GetString(), bytes) == os::FileOutcome::kOk ? kDone : kNotWritten;
   });
