@@ -389,23 +389,5 @@ TEST(Receipt, TaxIsRoundedOnceForEachRate) {
   EXPECT_EQ(receipt.normalRateTax + receipt.reducedRateTax, 0);
 }
 
-TEST(HandOver, TheOldFileOrTheNewOne) {
-  using os::FileOutcome;
-  using os::testing::FakeStep;
-  const PrintData data = DataOf(ReceiptBuilder().Get());
-  os::testing::FakeFiles files;
-  EXPECT_EQ(HandOver(files, "C:\\print\\R1", data), PrintStatus::kDone);
-  EXPECT_EQ(files.temporaries, Texts{"C:\\print\\R1.tm_"});
-  EXPECT_EQ(files.contents.at("C:\\print\\R1.tmp"), WritePrintData(data));
-  for (const FakeStep step : {FakeStep::kWrite, FakeStep::kRename}) {
-    files.contents["C:\\print\\R1.tmp"] = "old";
-    files.failing = step;
-    files.failure = FileOutcome::kFull;
-    EXPECT_EQ(HandOver(files, "C:\\print\\R1", data), PrintStatus::kNotWritten);
-    EXPECT_EQ(files.contents.size(), 1u);
-    EXPECT_EQ(files.contents.at("C:\\print\\R1.tmp"), "old");
-  }
-}
-
 }  // namespace
 }  // namespace kova::printing
