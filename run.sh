@@ -11,7 +11,7 @@ KOVA_TARGETS="reception play_day day sample_practice kovacall empty_database mai
 
 run() { scripts/wine_run.sh "build/windows/bin/$1.exe" "${@:2}"; }
 today=$(date +%Y%m%d)
-rm -rf out/practice out/outbox out/board-*.png
+rm -rf out/practice out/outbox out/receipts out/board-*.png
 mkdir -p out
 echo "Laying out the sample practice"
 run sample_practice out/practice --seed 1 --today "$today" >out/practice.log
@@ -54,6 +54,18 @@ if [ ${#mails[@]} -gt 0 ]; then
   run day --show-mail "${mails[0]}"
   echo
 fi
+# The day ends with receipts: the library hands them over, the form printer makes pages of them.
+run day --app out/practice/app.ini --receipts out/receipts/handover >out/receipts.txt
+cp out/receipts/handover/*.tmp out/receipts/
+run Option/FormPrinter out/receipts/handover out/receipts >/dev/null
+rmdir out/receipts/handover
+scripts/page_pictures.sh out/receipts || true
+cat out/receipts.txt
+receipts=(out/receipts/receipt-*.png)
+echo
+echo "Receipts and appointment slips, as print data (.tmp), pages (.html) and pictures (.png): out/receipts"
+echo "The first receipt: ${receipts[0]}"
+echo
 cat <<END
 The practice is in out/practice: its settings (GLOBALSETTING.ini, code page 932), its mail templates and its records
 (kova.db, for any SQLite tool). To look further:

@@ -1,5 +1,6 @@
 // day: turns the fees of today's first visited reservations into sales, as the reception does it, prints what
-// the database then holds, and sends those patients the mail that they have come.
+// the database then holds, and sends those patients the mail that they have come. Or ends the day: hands the
+// receipts of its sales over to the form printer.
 
 #include <cstring>
 #include <ctime>
@@ -12,6 +13,7 @@
 #include "hosts/console/console.h"
 #include "hosts/console/practice.h"
 #include "hosts/day/columns.h"
+#include "hosts/day/receipts.h"
 #include "platform/os/files.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/os/program.h"
@@ -25,13 +27,14 @@ using store::GetText;
 using store::PutText;
 
 constexpr const char* kUsage =
-    "usage: day --app FILE.ini [--date YYYYMMDD] [--count N], or day --show-mail FILE.eml";
+    "usage: day --app FILE.ini [--date YYYYMMDD] [--count N | --receipts FOLDER], or day --show-mail FILE.eml";
 constexpr std::size_t kLargestMail = 64U << 20;
 constexpr int kByDateAndTime = 6;  // key of the reservations
 
 struct Request {
   std::string date;
   int count = 10;
+  std::string receipts;  // the form printer's folder; empty: sell
 };
 
 std::string Today() {
@@ -42,7 +45,7 @@ std::string Today() {
 }
 
 Request Parse(const std::vector<std::string>& arguments, Practice& practice) {
-  Request request{Today(), 10};
+  Request request{Today(), 10, {}};
   for (std::size_t i = 0; i < arguments.size(); i += 2) {
     if (i + 1 == arguments.size()) throw UsageError(kUsage);
     const std::string& value = arguments[i + 1];
@@ -53,6 +56,8 @@ Request Parse(const std::vector<std::string>& arguments, Practice& practice) {
       request.date = value;
     } else if (arguments[i] == "--count") {
       request.count = static_cast<int>(NumberArgument(value, "--count", 1, 10000));
+    } else if (arguments[i] == "--receipts") {
+      request.receipts = TextArgument(AbsoluteName(value), "--receipts");
     } else {
       throw UsageError(kUsage);
     }
@@ -178,6 +183,7 @@ int Main(const std::vector<std::string>& arguments) {
   if (arguments.size() == 2 && arguments[0] == "--show-mail") return ShowMail(arguments[1]);
   Practice practice;
   const Request request = Parse(arguments, practice);
+  if (!request.receipts.empty()) return HandOverReceipts(practice, request.date, request.receipts), 0;
   CKovaDBSys& db = practice.Database();
   const std::vector<std::string> due = FindDue(db, request);
   CReservationDB table(nullptr, 0);

@@ -6,6 +6,7 @@
 #include "charges/contributions.h"
 #include "entry/kova_sub_tools.h"
 #include "hosts/kovacall/declare.h"
+#include "printing/receipt.h"
 #include "reservations/fee_request.h"
 
 namespace kova::hosts {
@@ -44,6 +45,20 @@ std::span<const FieldDef> RecordFields<tagCONTRIBUTION>() {
 }
 
 template <>
+std::span<const FieldDef> RecordFields<_TMPSALEITEM>() {
+  static const FieldDef fields[] = {
+      KOVA_FIELD(_TMPSALEITEM, Text, saleDate, "date of the sale"),
+      KOVA_FIELD(_TMPSALEITEM, UInt8, categoryReduced, "1: a category of the reduced rate"),
+      KOVA_FIELD(_TMPSALEITEM, UInt8, itemReduced, "1: an item of the reduced rate"),
+  };
+  return fields;
+}
+
+template <>
+struct Taken<_TMPSALEITEM*> : TakenRecord<_TMPSALEITEM> {
+  using TakenRecord::TakenRecord;
+};
+template <>
 struct Taken<tagFEEREQUEST*> : TakenRecord<tagFEEREQUEST> {
   using TakenRecord::TakenRecord;
 };
@@ -76,6 +91,8 @@ long CalcPartialContribution(int roundMode, tagCONTRIBUTION* charge) {
 long CalcPublicContribution(int roundMode, tagCONTRIBUTION* charge) {
   return T::CalcPublicContribution(charge, roundMode);
 }
+
+int CheckReduce(int printListSum4, _TMPSALEITEM* item) { return T::CheckReduce(item, printListSum4); }
 
 int CmpRecept(int a, int b) { return T::cmpRecept(&a, &b); }
 
@@ -180,6 +197,7 @@ const std::vector<Operation>& Operations() {
       Declare("GetReceptRate", {"date"}, &T::GetReceptRate),
       Declare("GetReceptPercent", {"date"}, &T::GetReceptPercent),
       Declare("cmpRecept", {"a", "b"}, &CmpRecept),
+      Declare("CheckReduce", {"printListSum4", "item"}, &CheckReduce),
       Declare("ReservationToSale", {"feeRequest"}, &ReservationToSale),
       Declare("SetFinishedDate", {"patientCode", "date", "mode"}, &T::SetFinishedDate),
       Declare("SetReservationTemplate", {"number", "name", "subject", "body"}, &SetReservationTemplate),

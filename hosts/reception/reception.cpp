@@ -8,6 +8,7 @@
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
 #include "hosts/reception/payment.h"
+#include "hosts/reception/print_receipt.h"
 #include "hosts/reception/resource.h"
 #include "platform/text932/cp932.h"
 
@@ -108,6 +109,8 @@ void Reception::Command(int command) {
   } else if (command == IDM_TEMPLATE_TREE) {
     int number = 0;
     CKovaComDlg::MailTemplateTree(&window_, &number);
+  } else if (command == IDM_RECEIPT) {
+    Say(PrintLastReceipt(practice_.Database(), patient_));
   }
 }
 

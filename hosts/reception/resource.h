@@ -24,3 +24,4 @@
 #define IDM_PAYMENT 2004
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
+#define IDM_RECEIPT 2030

@@ -235,8 +235,9 @@ void WriteLists(CKovaDBSys& db) {
   static const Master kWays[] = {{"01", "電話"}, {"02", "窓口"}, {"03", "インターネット"}};
   static const Master kRecallGroups[] = {
       {"01", "３か月"}, {"02", "６か月"}, {"03", "１年"}, {"90", "旧：随時", "__"}};
-  static const Master kReceiptCategories[] = {{"001", "初・再診料"}, {"002", "検査"}, {"003", "処置"},
-                                              {"004", "自費診療"},   {"005", "物販"}, {"006", "文書料"}};
+  static const Master kReceiptCategories[] = {{"001", "初・再診料"}, {"002", "医学管理等"},
+                                              {"003", "処置"},       {"004", "自費診療"},
+                                              {"005", "物販"},       {"006", "文書料"}};
   static const Master kConditions[] = {{"01", "良好"}, {"02", "経過観察"}, {"03", "要注意"}};
   static const Master kTreatmentCategories[] = {{"01", "保存"}, {"02", "歯周"}, {"03", "補綴"}};
   static const Master kCaseCategories[] = {{"01", "一般"}, {"02", "矯正"}, {"03", "インプラント"}};

@@ -76,8 +76,17 @@ class Files {
   /// the file is the old one or the new one. A read-only file is left alone, whoever asks. `precondition` is
   /// checked last, right before the renaming (kChanged). Two processes that replace the same file at once do
   /// so under a lock of their own, or one of them may be told kBusy.
-  [[nodiscard]] virtual FileOutcome Replace(std::string_view path, std::string_view content,
-                                            const Precondition& precondition = {}) = 0;
+  [[nodiscard]] FileOutcome Replace(std::string_view path, std::string_view content,
+                                    const Precondition& precondition = {}) {
+    return ReplaceThrough(std::string(path) + ".new", path, content, precondition);
+  }
+
+  /// The same with `temporary`, in the same folder, as the name of the file beside it: for files that another
+  /// program picks up, which knows that name for an unfinished one. It is gone afterwards unless the system
+  /// refuses to remove it.
+  [[nodiscard]] virtual FileOutcome ReplaceThrough(std::string_view temporary, std::string_view path,
+                                                   std::string_view content,
+                                                   const Precondition& precondition = {}) = 0;
 
   /// Holds the lock that the file `path` stands for, making the file when it is missing (it stays). Waits for
   /// other processes at most `patience` milliseconds (kBusy).

@@ -2,6 +2,8 @@
 
 #include <afxwin.h>
 
+#include "platform/os/files.h"
+
 std::string CTools::MakeDate(std::string_view date) {
   std::string shown(date);
   if (date.size() != 8 || date.find_first_not_of("0123456789") != std::string_view::npos) return shown;
@@ -19,4 +21,15 @@ unsigned CTools::GetCashChangerOption(std::string* device) {
   if (device != nullptr)
     *device = app == nullptr ? "" : app->GetProfileString("CASHCHANGER", "DEVICE", "").GetString();
   return app == nullptr ? 0 : static_cast<unsigned>(app->GetProfileInt("CASHCHANGER", "OPTION", 0));
+}
+
+std::string CTools::NumericFormat(std::int64_t number) {
+  std::string text = std::to_string(number);
+  const std::size_t first = number < 0 ? 1 : 0;
+  for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
+  return text;
+}
+
+bool CTools::ExistFile(std::string_view path) {
+  return kova::os::RealFiles().Kind(path) == kova::os::PathKind::kFile;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-// Stand-in for the part of the suite's Tool library that the mails and the patient list need.
+// Stand-in for the part of the suite's Tool library that the library needs.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,4 +18,10 @@ class CTools {
   /// The cash changer of this workstation: non-zero when there is one ("CASHCHANGER"/"OPTION" of the
   /// application profile). `device` receives what it is called ("DEVICE"); may be null.
   static unsigned GetCashChangerOption(std::string* device);
+
+  /// A number with thousands separators, "-1,234,567".
+  static std::string NumericFormat(std::int64_t number);
+
+  /// True when there is a file (not a folder) of that full name.
+  static bool ExistFile(std::string_view path);
 };

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "cashless/payment_names.h"
+#include "platform/toollib/tools.h"
 
 namespace kova::cashless {
 
@@ -39,11 +40,6 @@ std::string CashlessPayment::ResultText() const {
   return Shown().outcome == PaymentOutcome::kPaid ? place_.settings.kinds[kind_].method : std::string();
 }
 
-std::string AmountText(std::int32_t amount) {
-  std::string digits = std::to_string(amount);
-  const std::size_t first = amount < 0 ? 1 : 0;
-  for (std::size_t at = digits.size(); at > first + 3;) digits.insert(at -= 3, 1, ',');
-  return digits + "円";
-}
+std::string AmountText(std::int32_t amount) { return CTools::NumericFormat(amount) + "円"; }
 
 }  // namespace kova::cashless

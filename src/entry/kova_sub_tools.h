@@ -10,6 +10,10 @@
 class CKovaDBSys;
 class CPatientDB;
 class CPatientDB2;
+struct _NEXTCARDDATA;
+struct _TMPRECEIPT;
+struct _TMPSALEITEM;
+struct tagPATIENTDB;
 struct tagRESERVATION;
 struct tagSALE;
 
@@ -186,9 +190,9 @@ class KOVACOMDLG_API CKovaSubTools {
   /// changer, no change, or money to be returned where the profile forbids it).
   static int UseCashChanger(CKovaDBSys* db, tagSALE* sale);
 
-  // ---- The map of patients, from "PostGeo.csv" and "map_tmp.htm" in the program folder (docs/postal.md).
-  // Where an operation takes `progress`, it shows how far it is in a window over that one, which lets the
-  // user stop it; null: it shows nothing.
+  // ---- The map of patients, from "PostGeo.csv" and "map_tmp.htm" in the program folder
+  // (docs/patient-map.md). Where an operation takes `progress`, it shows how far it is in a window over that
+  // one, which lets the user stop it; null: it shows nothing.
 
   /// The whole job: counts how many of the codes lie at each place, writes the page "map.htm" into the
   /// program folder and opens it in the browser, behind a progress window over `parent`. 1 when the page was
@@ -215,6 +219,33 @@ class KOVACOMDLG_API CKovaSubTools {
                            double* maxLatitude, double* minLongitude, double* maxLongitude);
   /// Writes the page of what was counted and opens it; as CallPostToMap.
   static int CallPostMap(CWnd* progress, CPostList* table);
+
+  // ---- Printed documents: files for the suite's form-printing program (docs/receipts.md). A file is written
+  // whole or not at all, and flushed; the one that was there before stays until then.
+
+  /// Hands a receipt (printing/receipt.h) over as `basePath` + ".tmp". 0 done; -1 the file could not be
+  /// written; -2 there is no receipt, no path, or a line is missing; -3 more columns than the 999 that the
+  /// format holds. But for 0 an older ".tmp" is as it was.
+  ///
+  /// @param db     not used, may be null: the receipt says everything
+  /// @param flags  KOVA_PRINT_REISSUED marks a receipt that was printed before; other bits mean nothing
+  static int CreatePrintTmp(CKovaDBSys* db, const char* basePath, unsigned int flags, _TMPRECEIPT* receipt);
+  /// The same for a stored sale, with its items and its charge. Also -4: no such sale, or it cannot be read.
+  static int CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, unsigned int flags,
+                                  const char* saleNumber);
+  /// Writes a patient's form data to the file `path`, with what the database that the application profile
+  /// names holds of the patient. 0 done; -1 the file could not be written, and is as it was.
+  static long CreatePrintFile(tagPATIENTDB* patient, const CString& path);
+  /// The same through the host's own connection, for who prints many: opening one takes longer than all the
+  /// rest. Null or closed: as if it held nothing of the patient.
+  static long CreatePrintFile(CKovaDBSys* db, tagPATIENTDB* patient, const CString& path);
+  /// Fills `card` (printing/next_card.h) with the patient's next appointments, from that database. Gives
+  /// their count, 0 to 4; -1, and the card is empty, when they cannot be read.
+  static int DoLoadResData(const char* patientCode, _NEXTCARDDATA* card);
+  /// Non-zero when a receipt's line is taxed at the reduced rate: its category or item says so, and its date
+  /// has one. `printListSum4` is taken for the sake of the callers: whether the line is marked is not asked
+  /// here.
+  static int CheckReduce(_TMPSALEITEM* item, int printListSum4);
 
   // ---- Text, numbers, dates.
 

@@ -193,10 +193,10 @@ class PosixFiles final : public Files {
     return OutcomeOf(error);
   }
 
-  FileOutcome Replace(std::string_view path, std::string_view content,
-                      const Precondition& precondition) override {
+  FileOutcome ReplaceThrough(std::string_view beside, std::string_view path, std::string_view content,
+                             const Precondition& precondition) override {
     const std::string target = NativePath(path);
-    const std::string temporary = target + ".new";
+    const std::string temporary = NativePath(beside);
     struct stat old {};
     const bool there = ::stat(target.c_str(), &old) == 0;
     if (there && !S_ISREG(old.st_mode)) return FileOutcome::kFailed;

@@ -26,6 +26,7 @@ class FakeFiles final : public Files {
   FakeStep failing = FakeStep::kNone;          // this step fails ...
   FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
   std::function<void()> beforeRename = [] {};  // another program's doing in between
+  std::vector<std::string> temporaries;  // names that content was written to before it was renamed
   int reads = 0;
   int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
@@ -83,8 +84,9 @@ class FakeFiles final : public Files {
     return FileOutcome::kOk;
   }
 
-  FileOutcome Replace(std::string_view path, std::string_view content,
-                      const Precondition& precondition) override {
+  FileOutcome ReplaceThrough(std::string_view temporary, std::string_view path, std::string_view content,
+                             const Precondition& precondition) override {
+    temporaries.emplace_back(temporary);
     if (readOnly.contains(path)) return FileOutcome::kReadOnly;
     if (failing == FakeStep::kWrite) return failure;
     beforeRename();

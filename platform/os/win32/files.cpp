@@ -203,10 +203,10 @@ class Win32Files final : public Files {
     return taken ? FileOutcome::kChanged : OutcomeOf(error);
   }
 
-  FileOutcome Replace(std::string_view path, std::string_view content,
-                      const Precondition& precondition) override {
+  FileOutcome ReplaceThrough(std::string_view beside, std::string_view path, std::string_view content,
+                             const Precondition& precondition) override {
     const std::wstring target = NativePath(path);
-    const std::wstring temporary = NativePath(std::string(path) + ".new");
+    const std::wstring temporary = NativePath(beside);
     const DWORD attributes = GetFileAttributesW(target.c_str());
     if (IsFolder(attributes)) return FileOutcome::kFailed;
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))

@@ -1,0 +1,42 @@
+#include "printing/master_names.h"
+
+namespace kova::printing {
+namespace {
+
+template <typename Table>
+std::string NameIn(const Table& table, int result) {
+  return result == 0 ? std::string(store::GetText(table.record.name)) : std::string();
+}
+
+}  // namespace
+
+MasterNames::MasterNames(CKovaDBSys* db) {
+  // A table that cannot be bound answers "not found".
+  (void)categories_.SetAssociatedDB(db);
+  (void)doctors_.SetAssociatedDB(db);
+  (void)reasons_.SetAssociatedDB(db);
+  (void)freeTables_.SetAssociatedDB(db);
+}
+
+std::string MasterNames::Category(std::string_view classCode, std::string_view code) {
+  if (code.empty()) return {};
+  return NameIn(categories_,
+                categories_.GetCategoryData(std::string(classCode).c_str(), std::string(code).c_str()));
+}
+
+std::string MasterNames::Doctor(std::string_view code) {
+  return code.empty() ? std::string() : NameIn(doctors_, doctors_.GetDoctorData(std::string(code).c_str()));
+}
+
+std::string MasterNames::Reason(std::string_view code) {
+  return code.empty() ? std::string()
+                      : NameIn(reasons_, reasons_.GetResReasonData(std::string(code).c_str()));
+}
+
+std::string MasterNames::FreeEntry(std::string_view tableId, std::string_view code) {
+  if (code.empty()) return {};
+  return NameIn(freeTables_,
+                freeTables_.GetCustomTblData(std::string(tableId).c_str(), std::string(code).c_str()));
+}
+
+}  // namespace kova::printing
