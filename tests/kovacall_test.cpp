@@ -206,6 +206,25 @@ TEST_F(Kovacall, TurnsAFeeIntoASale) {
 }
 
 // Through the library, the mail program and back to what a mail program would show.
+TEST_F(Kovacall, PrintsAndChecksPrintData) {
+  ExpectOut({"ReservationToSale", "patientCode=7", "amount=1080", "saleDate=20191001"},
+            "0\nsaleNumber=000000000001\n");
+  ASSERT_EQ(Call({"put", "patient", "patientCode=7", U(u8"name=能\u240A[page]")}).code, 0);
+  const std::string base = Folder() + "r", missing = Folder() + "missing/r";
+  ExpectOut({"CreatePrintTmp", base, "000000000001", "1"}, "0\n");
+  ExpectOut({"check-print", base + ".tmp"}, "ok\nform=receipt\ncount=99\ncolumns=4\n");
+  ExpectOut({"CreatePrintTmp", base, "2"}, "-4\n");
+  ExpectOut({"CreatePrintTmp", missing, "000000000001"}, "-1\n");
+  ExpectOut({"CreatePrintFile", "7", base}, "0\n");
+  ExpectOut({"check-print", base}, "ok\nform=patient\ncount=79\ncolumns=0\n");
+  ExpectOut({"CreatePrintFile", "7", missing}, "-1\n");
+  ExpectOut({"check-print", Profile()}, "line 1: \"[page]\" is expected, not \"[GLOBAL]\"\n");
+  ExpectOut({"DoLoadResData", "7"}, "0\n");
+  ExpectOut({"CheckReduce", "0", "saleDate=20191001", "categoryReduced=1"}, "1\n");
+  ExpectOut({"CheckReduce", "1", "saleDate=20190930", "categoryReduced=1"}, "0\n");
+  EXPECT_EQ(Call({"check-print", missing}).code, 2);
+}
+
 TEST_F(Kovacall, SendsTheMailThatATemplateMakes) {
   namespace fs = std::filesystem;
   const fs::path templates = folder_.Native() / "templates";

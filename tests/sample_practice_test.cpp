@@ -13,6 +13,8 @@
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/toollib/tools.h"
+#include "printing/print_data_reader.h"
 #include "reservations/fee_request.h"
 #include "tests/run_program.h"
 
@@ -181,6 +183,48 @@ TEST_F(SamplePractice, SellsTheDaysFeesOnce) {
   CSaleDB sales(nullptr, 0);
   EXPECT_EQ(Walk(db, sales, [](const tagSALE&) {}), withSale);
   EXPECT_EQ(sold.size(), static_cast<std::size_t>(withSale)) << "no sale serves two reservations";
+}
+
+// A receipt says what was booked, whatever kind of sale it is.
+TEST_F(SamplePractice, EverySaleHasItsReceipt) {
+  ASSERT_EQ(Make("p", "1").code, 0);
+  CWinApp app;
+  const std::string profile = folder_.Path() + "p\\app.ini";
+  app.m_pszProfileName = profile.c_str();
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB((folder_.Path() + "p").c_str()), 0);
+  const std::string base = folder_.Path() + "receipt";
+  CSaleDB sales(nullptr, 0);
+  int withTax = 0;
+  Walk(db, sales, [&](const tagSALE& sale) {
+    const std::string number(GetText(sale.saleNumber));
+    ASSERT_EQ(CKovaSubTools::CreatePrintTmpOfSale(&db, base.c_str(), 0, number.c_str()), 0) << number;
+    std::string bytes;
+    ASSERT_EQ(kova::os::RealFiles().Read(base + ".tmp", 1 << 20, bytes), kova::os::FileOutcome::kOk);
+    kova::printing::PrintData data;
+    ASSERT_FALSE(kova::printing::ReadPrintData(bytes, data).has_value()) << number;
+    EXPECT_EQ(data.simple[29], "\\" + CTools::NumericFormat(sale.total)) << number;
+    EXPECT_EQ(data.simple[28], "\\" + CTools::NumericFormat(sale.tax)) << number;
+    EXPECT_EQ(data.simple[14], "T0000000000000");
+    withTax += sale.tax != 0 ? 1 : 0;
+  });
+  EXPECT_GT(withTax, 20);
+  EXPECT_NE(CKovaSubTools::CreatePrintTmpOfSale(&db, base.c_str(), 0, "999999999999"), 0);
+}
+
+TEST_F(SamplePractice, TheDayEndsWithReceipts) {
+  ASSERT_EQ(Make("p", "1").code, 0);
+  const ProgramRun run = RunProgram(
+      BuiltProgram("day"), {"--app", In("p/app.ini"), "--date", kToday, "--receipts", In("receipts")});
+  EXPECT_EQ(run.code, 0) << run.err;
+  const ProgramRun printer = RunProgram(BuiltProgram("x").parent_path() / "Option" / "FormPrinter.exe",
+                                        {In("receipts"), In("pages")});
+  EXPECT_EQ(printer.code, 0) << printer.err;
+  std::vector<std::string> pages, left;
+  EXPECT_EQ(kova::os::RealFiles().List(folder_.Path() + "pages", pages), kova::os::FileOutcome::kOk);
+  EXPECT_EQ(kova::os::RealFiles().List(folder_.Path() + "receipts", left), kova::os::FileOutcome::kOk);
+  EXPECT_GE(pages.size(), 2U);
+  EXPECT_TRUE(left.empty());
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ using store::GetText;
 using store::PutText;
 
 constexpr const char* kUsage =
-    "usage: day --app FILE.ini [--date YYYYMMDD] [--count N | --receipts FOLDER], or day --show-mail FILE.eml";
+    "usage: day --app FILE.ini [--date YYYYMMDD] [--count N | --receipts FOLDER], or day --show-mail "
+    "FILE.eml";
 constexpr std::size_t kLargestMail = 64U << 20;
 constexpr int kByDateAndTime = 6;  // key of the reservations
 

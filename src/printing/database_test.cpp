@@ -237,6 +237,15 @@ TEST_F(PrintedRecords, TheReceiptOfASale) {
   EXPECT_EQ(data.simple.at(19), "発行日: 2026.11.24");
   EXPECT_EQ(data.simple.at(39), "30%");
   EXPECT_EQ(data.simple.at(50), "284");
+  sales.record = {};
+  PutText(sales.record.saleDate, "19880401");  // before there was a tax
+  tagSALEITEM brush{};
+  PutText(brush.itemName, "歯ブラシ");
+  brush.amount = 300;
+  ASSERT_EQ(sales.InsertAdjustFee(number, &brush, &items), 0);
+  PreparedReceipt taxFree;
+  ASSERT_EQ(ReadReceiptOfSale(&db_, Settings(), number.GetString(), "20261124", taxFree), 0);
+  EXPECT_EQ(Columns(testing::DataOf(taxFree.receipt)), (Texts{"歯ブラシ: 300", "■■小計■■: 300"}));
   PreparedReceipt missing;
   EXPECT_NE(ReadReceiptOfSale(&db_, Settings(), "999", "20261124", missing), 0);
   EXPECT_NE(ReadReceiptOfSale(nullptr, Settings(), number.GetString(), "20261124", missing), 0);

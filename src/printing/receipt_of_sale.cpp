@@ -143,9 +143,11 @@ class SaleReader {
     PutText(line.remark, GetText(item.remark));
   }
 
-  /// As the sale was booked: where no tax was put on top, the amounts include it.
+  /// As the sale was booked: where no tax was put on top, the amounts include it, if there was a tax that
+  /// day.
   std::uint8_t TaxClassOf(const tagSALEITEM& item, char taxType) const {
-    if (item.noCategory != 0 || taxType == kNotTaxed) return TMPTAX_NONE;
+    const bool isTaxFree = amounts_.normal.percent == 0 && sales_.record.tax == 0;
+    if (item.noCategory != 0 || taxType == kNotTaxed || isTaxFree) return TMPTAX_NONE;
     const bool onTop = taxType == kTaxed || taxIsOnTop_;
     return onTop && sales_.record.tax != 0 ? TMPTAX_ON_TOP : TMPTAX_INCLUDED;
   }

@@ -26,7 +26,7 @@ class FakeFiles final : public Files {
   FakeStep failing = FakeStep::kNone;          // this step fails ...
   FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
   std::function<void()> beforeRename = [] {};  // another program's doing in between
-  std::vector<std::string> temporaries;  // names that content was written to before it was renamed
+  std::vector<std::string> temporaries;        // names that content was written to before it was renamed
   int reads = 0;
   int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
