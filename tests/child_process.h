@@ -60,14 +60,9 @@ inline std::string ChildFolder() {
 class ChildProcess {
  public:
   /// Arguments of plain words: no blanks, quotes or backslashes.
-<<<<<<< HEAD
   explicit ChildProcess(const std::vector<std::string>& arguments) : ChildProcess(ThisProgram(), arguments) {}
 
   ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments) {
-=======
-  explicit ChildProcess(const std::vector<std::string>& arguments,
-                        const std::filesystem::path& program = ThisProgram()) {
->>>>>>> b54c39f7dbc20ea719bfa076c192691f82f5855f
 #ifdef _WIN32
     std::wstring line = L"\"" + program.wstring() + L"\"";
     for (const std::string& argument : arguments)

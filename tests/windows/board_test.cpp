@@ -249,7 +249,7 @@ TEST_F(VisitFlowWindow, TwoHostsOnOnePractice) {
   const auto folder = std::filesystem::current_path();
   std::filesystem::current_path(practice_.Native());
   const auto program = kova::testing::BuiltProgram("reception");
-  kova::testing::ChildProcess one({"--app", "app.ini"}, program), other({"--app", "app.ini"}, program);
+  kova::testing::ChildProcess one(program, {"--app", "app.ini"}), other(program, {"--app", "app.ini"});
   Work([] {},
        [&] {
          const std::vector<HWND> hosts = Dialogs("受付", 2);
