@@ -26,6 +26,7 @@ class FakeFiles final : public Files {
   FakeStep failing = FakeStep::kNone;          // this step fails ...
   FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
   std::function<void()> beforeRename = [] {};  // another program's doing in between
+  std::tm writtenOn{};  // of every file
   int reads = 0;
   int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
@@ -44,6 +45,12 @@ class FakeFiles final : public Files {
     ++questions;
     if (folders.contains(DropTrailingDelimiter(path))) return PathKind::kFolder;
     return contents.contains(path) ? PathKind::kFile : PathKind::kNothing;
+  }
+
+  FileOutcome LastWritten(std::string_view path, std::tm& local) override {
+    if (failing == FakeStep::kRead) return failure;
+    local = writtenOn;
+    return contents.contains(path) ? FileOutcome::kOk : FileOutcome::kNotThere;
   }
 
   FileOutcome MakeFolder(std::string_view path) override {
