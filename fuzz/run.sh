@@ -24,6 +24,8 @@ for room in $(sed -n "s/^kova_fuzz($target \(.*\))/\1/p" fuzz/CMakeLists.txt); d
     kova_cashless)
       sources+=(src/cashless/{exchange,exchange_files,payment_names,result_codes,payment_journal,journal_line}.cpp
         src/foundation/number_text.cpp platform/text932/cp932.cpp) ;;
+    kova_postal)
+      sources+=(src/postal/*.cpp src/foundation/{kana,text_tools,number_text,string_table}.cpp platform/text932/cp932.cpp) ;;
     kova_*) sources+=($(find "platform/${room#kova_}" "src/${room#kova_}" -maxdepth 1 -name '*.cpp' 2>/dev/null)) ;;
   esac
 done

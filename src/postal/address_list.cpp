@@ -17,17 +17,17 @@ constexpr std::string_view kFlagsMark = "Flags ";
 constexpr unsigned kAllColumns = (1u << kAddressColumns) - 1;
 constexpr int kAbsent = -1;
 
-std::size_t FindByte(std::string_view text, char c, std::size_t from = 0) {
-  const void* found = from < text.size() ? std::memchr(text.data() + from, c, text.size() - from) : nullptr;
+// Most fields are short: a call costs more than looking at their first bytes.
+std::size_t FindByte(std::string_view text, char c, std::size_t from) {
+  constexpr std::size_t kNear = 12;
+  const std::size_t near = std::min(text.size(), from + kNear);
+  for (; from < near; ++from) {
+    if (text[from] == c) return from;
+  }
+  if (from >= text.size()) return text.npos;
+  const void* found = std::memchr(text.data() + from, c, text.size() - from);
   return found == nullptr ? text.npos
                           : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
-}
-
-// The closing quote of a field that begins with one; npos without.
-std::size_t ClosingQuote(std::string_view text) {
-  std::size_t at = FindByte(text, '"', 1);
-  while (at != text.npos && at + 1 < text.size() && text[at + 1] == '"') at = FindByte(text, '"', at + 2);
-  return at;
 }
 
 unsigned FlagsOf(std::string_view line) {
@@ -80,6 +80,34 @@ std::string JoinColumns(std::string_view line, const Layout& layout, unsigned co
   return joined;
 }
 
+// Finds a field in line after line. Neighbouring lines mostly begin alike, and then it is where it was
+// before.
+class FieldFinder {
+ public:
+  explicit FieldFinder(int place) : place_(place) {}
+
+  /// The line from the field on; false when it has not as many fields.
+  bool Find(std::string_view line, std::string_view& rest) {
+    if (before_.empty() || !line.starts_with(before_)) {
+      LineFields fields(line);
+      if (!fields.Skip(place_)) return false;
+      before_ = line.substr(0, line.size() - fields.Rest().size());
+    }
+    rest = line.substr(before_.size());
+    return true;
+  }
+
+ private:
+  int place_;
+  std::string_view before_;  // in the line before: everything up to the field
+};
+
+// By the first byte of most lines' fields it shows that they do not begin with the key.
+bool MayBeginWith(std::string_view rest, char first) {
+  const std::size_t at = rest.starts_with('"') ? 1 : 0;
+  return at >= rest.size() || !AreSurelyDifferent(rest[at], first);
+}
+
 // The lines that match best so far.
 class BestLines {
  public:
@@ -106,49 +134,59 @@ class BestLines {
 
 bool ListLines::Next(std::string_view& line) {
   if (rest_.empty()) return false;
-  const std::size_t end = FindByte(rest_, '\n');
+  const std::size_t end = rest_.find('\n');
   line = rest_.substr(0, end);
   rest_.remove_prefix(end == rest_.npos ? rest_.size() : end + 1);
   if (line.ends_with('\r')) line.remove_suffix(1);
   return true;
 }
 
-bool LineFields::NextRaw(std::string_view& field) {
-  if (atEnd_) return false;
-  std::size_t from = 0;
-  if (rest_.starts_with('"')) from = std::min(ClosingQuote(rest_), rest_.size());
-  const std::size_t comma = FindByte(rest_, ',', from);
-  field = rest_.substr(0, comma);
-  atEnd_ = comma == rest_.npos;
-  if (!atEnd_) rest_.remove_prefix(comma + 1);
-  return true;
+void LineFields::Advance(std::size_t comma) {
+  atEnd_ = comma >= rest_.size();
+  rest_.remove_prefix(std::min(comma + 1, rest_.size()));
 }
 
 bool LineFields::Next(std::string_view& field) {
-  if (!NextRaw(field)) return false;
-  if (!field.starts_with('"')) return true;
-  field.remove_prefix(1);
-  const std::size_t quote = FindByte(field, '"');
-  if (quote == field.npos) return true;
-  if (quote + 1 == field.size()) {
-    field.remove_suffix(1);
+  if (atEnd_) return false;
+  if (rest_.starts_with('"')) {
+    field = NextQuoted();
     return true;
   }
-  unquoted_.clear();
-  for (std::size_t i = 0; i < field.size(); ++i) {
-    if (field[i] != '"') unquoted_ += field[i];
-    if (field[i] == '"' && i + 1 < field.size() && field[i + 1] == '"') unquoted_ += field[++i];
-  }
-  field = unquoted_;
+  const std::size_t comma = std::min(FindByte(rest_, ',', 0), rest_.size());
+  field = rest_.substr(0, comma);
+  Advance(comma);
   return true;
+}
+
+std::string_view LineFields::NextQuoted() {
+  const std::size_t quote = std::min(FindByte(rest_, '"', 1), rest_.size());
+  if (quote + 1 >= rest_.size() || rest_[quote + 1] == ',') {
+    const std::string_view field = rest_.substr(1, quote - 1);
+    Advance(quote + 1);
+    return field;
+  }
+  // Quotes in the field, or text behind the closing one.
+  unquoted_.clear();
+  std::size_t at = 1;
+  for (bool inside = true; at < rest_.size() && (inside || rest_[at] != ','); ++at) {
+    if (rest_[at] != '"') {
+      unquoted_ += rest_[at];
+    } else if (inside && at + 1 < rest_.size() && rest_[at + 1] == '"') {
+      unquoted_ += rest_[at++];
+    } else {
+      inside = false;
+    }
+  }
+  Advance(at);
+  return unquoted_;
 }
 
 bool LineFields::Skip(int count) {
   std::string_view passed;
   for (; count > 0; --count) {
-    if (!NextRaw(passed)) return false;
+    if (!Next(passed)) return false;
   }
-  return true;
+  return !atEnd_;
 }
 
 bool IsSearchable(const AddressQuery& query) {
@@ -164,11 +202,13 @@ std::vector<std::string> FindEntries(std::string_view list, const AddressQuery& 
   if (place == kAbsent) return found;
   const AddressKey key{std::string(query.key)};
   BestLines best(query.use == KeyUse::kWhole ? key.Size() : 1);
+  FieldFinder finder(place);
   ListLines lines(layout.entries);
-  std::string_view line, field;
+  std::string_view line, rest, field;
   while (lines.Next(line)) {
-    LineFields fields(line);
-    if (fields.Skip(place) && fields.Next(field)) best.Offer(line, key.In(field));
+    if (!finder.Find(line, rest) || !MayBeginWith(rest, query.key.front())) continue;
+    LineFields fields(rest);
+    if (fields.Next(field)) best.Offer(line, key.In(field));
   }
   found.reserve(best.Lines().size());
   for (const std::string_view each : best.Lines()) found.push_back(JoinColumns(each, layout, query.columns));

@@ -72,11 +72,14 @@ class LineFields {
   explicit LineFields(std::string_view line) : rest_(line) {}
   /// The next field without its quotes; it lives until the next call. False behind the last one.
   bool Next(std::string_view& field);
-  /// Passes over `count` fields; false when there are not as many.
+  /// Passes over `count` fields; false when no field is behind them.
   bool Skip(int count);
+  /// The line from the next field on.
+  std::string_view Rest() const { return rest_; }
 
  private:
-  bool NextRaw(std::string_view& field);
+  std::string_view NextQuoted();
+  void Advance(std::size_t comma);
 
   std::string_view rest_;
   bool atEnd_ = false;

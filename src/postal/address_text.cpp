@@ -136,6 +136,7 @@ AddressKey::Match AddressKey::In(std::string_view field) const {
       std::mismatch(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(shorter), field.begin());
   Match match{borders_[static_cast<std::size_t>(differ.first - text_.begin())], true};
   for (std::size_t inField = match.length; match.length < text_.size() && inField < field.size();) {
+    if (AreSurelyDifferent(text_[match.length], field[inField])) break;
     const Character ours = CharacterAt(text_, match.length);
     const Character theirs = CharacterAt(field, inField);
     if (ours.form != theirs.form) break;

@@ -20,6 +20,16 @@ std::string WithoutSpaces(std::string_view text);
 /// large, hyphens and spaces left out; a value for each character. For finding only, never for showing.
 std::u16string SearchForm(std::string_view text);
 
+/// True when characters that begin with these bytes differ in any writing: ASCII and most kanji, which takes
+/// no look into the tables.
+constexpr bool AreSurelyDifferent(char a, char b) {
+  const auto hasOneForm = [](char first) {
+    const auto c = static_cast<unsigned char>(first);
+    return c < 0x80 || (c >= 0x88 && c <= 0x9F) || (c >= 0xE0 && c <= 0xEC);
+  };
+  return a != b && hasOneForm(a) && hasOneForm(b);
+}
+
 /// A text of which the beginning is looked for in the fields of a list.
 class AddressKey {
  public:
