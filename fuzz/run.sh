@@ -25,6 +25,8 @@ for room in $(sed -n "s/^kova_fuzz($target \(.*\))/\1/p" fuzz/CMakeLists.txt); d
       sources+=(src/cashless/{exchange,exchange_files,payment_names,result_codes,payment_journal,journal_line}.cpp
         src/foundation/number_text.cpp platform/text932/cp932.cpp) ;;
     kova_printing) sources+=(src/printing/print_data{,_reader}.cpp platform/text932/cp932.cpp) ;;
+    kova_postal)
+      sources+=(src/postal/*.cpp src/foundation/{kana,text_tools,number_text,string_table}.cpp platform/text932/cp932.cpp) ;;
     kova_*) sources+=($(find "platform/${room#kova_}" "src/${room#kova_}" -maxdepth 1 -name '*.cpp' 2>/dev/null)) ;;
   esac
 done

@@ -5,6 +5,7 @@
 #include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/operation.h"
+#include "hosts/kovacall/postal_commands.h"
 #include "hosts/kovacall/print_commands.h"
 #include "hosts/kovacall/table_commands.h"
 
@@ -27,6 +28,7 @@ std::vector<TableCommand> Commands() {
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
   all.insert(all.end(), PrintCommands().begin(), PrintCommands().end());
+  all.insert(all.end(), PostalCommands().begin(), PostalCommands().end());
   return all;
 }
 
@@ -51,7 +53,7 @@ std::string Line(const Operation& operation) {
 }
 
 void List() {
-  for (const auto* operations : {&Operations(), &FillerOperations()})
+  for (const auto* operations : {&Operations(), &FillerOperations(), &PostalOperations()})
     for (const Operation& operation : *operations) Print(Line(operation) + "\n");
   for (const TableCommand& command : Commands()) Print(Line(command) + "\n");
 }
@@ -63,7 +65,7 @@ void PrintReply(const Reply& reply) {
 
 /// True when there is an operation or command of that name; it has run then.
 bool Run(const std::string& name, const std::vector<std::string>& arguments, Practice& practice) {
-  for (const auto* operations : {&Operations(), &FillerOperations()}) {
+  for (const auto* operations : {&Operations(), &FillerOperations(), &PostalOperations()}) {
     for (const Operation& operation : *operations) {
       if (operation.name != name) continue;
       PrintReply(operation.call(arguments, practice));

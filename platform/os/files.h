@@ -3,6 +3,7 @@
 // Files and folders as the library needs them. Paths are code page 932 text with "\" between the parts.
 
 #include <cstddef>
+#include <ctime>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,6 +57,9 @@ class Files {
 
   /// Makes one folder in an existing one. kOk when it is there already.
   [[nodiscard]] virtual FileOutcome MakeFolder(std::string_view path) = 0;
+
+  /// When the file at `path` was last written, in local time.
+  [[nodiscard]] virtual FileOutcome LastWritten(std::string_view path, std::tm& local) = 0;
 
   /// The names of the files in a folder, without its folders, in the system's order (by name where a folder
   /// has none). A name that code page 932 cannot hold is left out. kNotThere without the folder; on any

@@ -9,7 +9,8 @@ class CKovaDBSys;
 
 /// The dialogs that the suite's applications share, and the fillers of their lists: static operations on the
 /// caller's user-interface thread. Every dialog is modal over the top-level window of `parent` (null: over
-/// the thread's active window), on Windows only; fillers are everywhere.
+/// the thread's active window), on Windows only; fillers are everywhere, and so is an address
+/// search that has one answer.
 class KOVACOMDLG_API CKovaComDlg {
  public:
   CKovaComDlg() = delete;
@@ -42,6 +43,23 @@ class KOVACOMDLG_API CKovaComDlg {
   /// Finds a patient by the beginning of the ID ("BYID"), the reading ("BYKANA") or the name ("BYNAME"):
   /// `text` is what is searched for at first. The chosen patient's ID; empty when none was chosen.
   static CString KCDQueryPatientData(CKovaDBSys* db, const char* mode, const char* text);
+
+  // Both look into the postal address list "Address.csv" in the program's folder; without it they find
+  // nothing. With several answers the user chooses among them; what is not chosen is empty. docs/postal.md
+  // says what is found.
+
+  /// The address of a postal code, or of the code that begins with these digits. Hyphens and full-width
+  /// digits are understood.
+  ///
+  /// @param options  none exist: 0
+  static CString SearchAddressFormPost(CWnd* parent, CString postalCode, int options = 0);
+  /// The postal code, "231-0017", of an address: that of the place in the list with which it begins, so that
+  /// a house number does not matter.
+  ///
+  /// @param furtherText  the form's second line of address; not looked at
+  /// @param options      none exist: 0
+  static CString SearchPostFromAddress(CWnd* parent, CString address, CString furtherText = CString(),
+                                       int options = 0);
 
   // The fillers: each fills a drop-down list from one table of the practice and selects the entry whose code
   // is `current` (none when there is no such entry). With a non-zero `addBlank` an entry without text comes

@@ -14,6 +14,8 @@ constexpr Entry kEntries[] = {
     {kTextAdministrator, "管理者"},
     {kTextUser, "ユーザー"},
     {kTextUnknownPrivilege, "不明"},
+    {kTextAddress, "住所"},
+    {kTextPostalCode, "郵便番号"},
 };
 static_assert(std::ranges::adjacent_find(kEntries, std::ranges::greater_equal(), &Entry::id) ==
                   std::end(kEntries),

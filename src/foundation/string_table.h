@@ -10,6 +10,8 @@ namespace kova::foundation {
 constexpr int kTextAdministrator = 8032;
 constexpr int kTextUser = 8033;
 constexpr int kTextUnknownPrivilege = 8034;
+constexpr int kTextAddress = 8121;
+constexpr int kTextPostalCode = 8122;
 
 /// The text of number `id`; empty when there is none. Lives as long as the program.
 [[nodiscard]] std::string_view StringTableText(int id);

@@ -141,6 +141,12 @@ class PosixFiles final : public Files {
     return S_ISDIR(status.st_mode) ? PathKind::kFolder : PathKind::kFile;
   }
 
+  FileOutcome LastWritten(std::string_view path, std::tm& local) override {
+    struct stat status {};
+    if (::stat(NativePath(path).c_str(), &status) != 0) return OutcomeOf(errno);
+    return ::localtime_r(&status.st_mtime, &local) != nullptr ? FileOutcome::kOk : FileOutcome::kFailed;
+  }
+
   FileOutcome MakeFolder(std::string_view path) override {
     if (::mkdir(NativePath(path).c_str(), 0777) == 0) return FileOutcome::kOk;
     const int error = errno;

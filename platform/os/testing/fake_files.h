@@ -27,6 +27,7 @@ class FakeFiles final : public Files {
   FileOutcome failure = FileOutcome::kFailed;  // ... with this outcome
   std::function<void()> beforeRename = [] {};  // another program's doing in between
   std::vector<std::string> temporaries;        // names that content was written to before it was renamed
+  std::tm writtenOn{};  // of every file
   int reads = 0;
   int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
@@ -45,6 +46,12 @@ class FakeFiles final : public Files {
     ++questions;
     if (folders.contains(DropTrailingDelimiter(path))) return PathKind::kFolder;
     return contents.contains(path) ? PathKind::kFile : PathKind::kNothing;
+  }
+
+  FileOutcome LastWritten(std::string_view path, std::tm& local) override {
+    if (failing == FakeStep::kRead) return failure;
+    local = writtenOn;
+    return contents.contains(path) ? FileOutcome::kOk : FileOutcome::kNotThere;
   }
 
   FileOutcome MakeFolder(std::string_view path) override {

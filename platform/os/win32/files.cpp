@@ -154,6 +154,23 @@ class Win32Files final : public Files {
     return IsFolder(attributes) ? PathKind::kFolder : PathKind::kFile;
   }
 
+  FileOutcome LastWritten(std::string_view path, std::tm& local) override {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    SYSTEMTIME universal{}, here{};
+    if (!GetFileAttributesExW(NativePath(path).c_str(), GetFileExInfoStandard, &data) ||
+        !FileTimeToSystemTime(&data.ftLastWriteTime, &universal) ||
+        !SystemTimeToTzSpecificLocalTime(nullptr, &universal, &here))
+      return LastOutcome();
+    local = {};
+    local.tm_year = here.wYear - 1900;
+    local.tm_mon = here.wMonth - 1;
+    local.tm_mday = here.wDay;
+    local.tm_hour = here.wHour;
+    local.tm_min = here.wMinute;
+    local.tm_sec = here.wSecond;
+    return FileOutcome::kOk;
+  }
+
   FileOutcome MakeFolder(std::string_view path) override {
     if (CreateDirectoryW(NativePath(path).c_str(), nullptr)) return FileOutcome::kOk;
     const DWORD error = GetLastError();

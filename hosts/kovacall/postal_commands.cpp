@@ -1,0 +1,118 @@
+#include "hosts/kovacall/postal_commands.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "hosts/console/console.h"
+#include "hosts/kovacall/declare.h"
+#include "platform/os/files.h"
+#include "platform/os/program.h"
+#include "platform/text932/cp932.h"
+#include "postal/address_import.h"
+#include "postal/address_list.h"
+#include "postal/address_lookup.h"
+
+namespace kova::hosts {
+namespace {
+
+using os::FileOutcome;
+using postal::CodeChange;
+
+std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
+
+/// What the exported operation answers, or has chosen from.
+template <postal::Candidates (*kLookup)(os::Files&, std::string_view, std::string_view)>
+CString LookUp(const char* text, Reply* reply) {
+  const std::string fileName = postal::AddressFileName(os::ProgramFolder());
+  const postal::Candidates found = kLookup(os::RealFiles(), fileName, text);
+  if (const auto sure = found.SureAnswer()) return CString(sure->c_str());
+  for (std::size_t i = 0; i < found.list.size(); ++i) {
+    const postal::Candidate& each = found.list[i];
+    reply->outs.emplace_back(
+        "candidates[" + std::to_string(i) + "]",
+        each.postalCode.empty() ? Utf8(each.address) : Utf8(each.postalCode) + "\t" + Utf8(each.address));
+  }
+  return CString();
+}
+
+/// A file's whole content; false when there is none. Throws UsageError when it cannot be read.
+bool ReadFile(const std::string& argument, std::string& content) {
+  const std::string name = TextArgument(AbsoluteName(argument), "the file");
+  const FileOutcome outcome = os::RealFiles().Read(name, postal::kLargestAddressList, content);
+  if (outcome == FileOutcome::kTooLarge) throw UsageError(ShowControls(argument) + " is too large");
+  if (outcome != FileOutcome::kOk && outcome != FileOutcome::kNotThere)
+    throw UsageError(ShowControls(argument) + " cannot be read");
+  return outcome == FileOutcome::kOk;
+}
+
+postal::ImportOutcome ImportSource(const std::string& source, std::string& list) {
+  std::string content;
+  if (!ReadFile(source, content)) throw UsageError("there is no file " + ShowControls(source));
+  const postal::ImportOutcome outcome = postal::AppendAddresses(content, list);
+  if (outcome.faultyLine != 0)
+    throw UsageError(ShowControls(source) + ": line " + std::to_string(outcome.faultyLine) +
+                     " is of no list of Japan Post's; nothing was changed");
+  if (outcome.entries == 0) throw UsageError(ShowControls(source) + " holds no line; nothing was changed");
+  return outcome;
+}
+
+void PrintChanges(std::string_view kind, const std::vector<CodeChange>& changes) {
+  constexpr std::size_t kShown = 100;
+  Print(std::string(kind) + "=" + std::to_string(changes.size()) + "\n");
+  for (std::size_t i = 0; i < changes.size() && i < kShown; ++i) {
+    const CodeChange& each = changes[i];
+    const std::string arrow = each.before.empty() || each.after.empty() ? "" : " -> ";
+    Print("  " + Utf8(each.code) + " " + Utf8(each.before) + arrow + Utf8(each.after) + "\n");
+  }
+  if (changes.size() > kShown) Print("  ... and " + std::to_string(changes.size() - kShown) + " more\n");
+}
+
+void ImportAddress(const std::vector<std::string>& arguments, Practice&) {
+  if (arguments.size() < 2) throw UsageError("takes one or more sources, and the list to make of them");
+  const std::string& target = arguments.back();
+  std::string list, before;
+  std::size_t entries = 0, unstorable = 0;
+  for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
+    const postal::ImportOutcome outcome = ImportSource(arguments[i], list);
+    entries += outcome.entries;
+    unstorable += outcome.unstorableLines;
+  }
+  const bool wasThere = ReadFile(target, before);
+  const std::string name = TextArgument(AbsoluteName(target), "the list");
+  if (os::RealFiles().Replace(name, list) != FileOutcome::kOk)
+    throw UsageError(ShowControls(target) + " cannot be written; it is as it was");
+  Print("entries=" + std::to_string(entries) + "\n");
+  if (unstorable > 0)
+    Print("lines with characters that cannot be stored=" + std::to_string(unstorable) + "\n");
+  if (!wasThere) return;
+  const postal::ListChanges changes = postal::CompareLists(before, list);
+  PrintChanges("added", changes.added);
+  PrintChanges("removed", changes.removed);
+  PrintChanges("renamed", changes.renamed);
+}
+
+}  // namespace
+
+const std::vector<Operation>& PostalOperations() {
+  static const std::vector<Operation> operations = {
+      Declare("SearchAddressFormPost", {"postalCode"}, &LookUp<&postal::AddressesOfCode>),
+      Declare("SearchPostFromAddress", {"address"}, &LookUp<&postal::CodesOfAddress>),
+  };
+  return operations;
+}
+
+const std::vector<TableCommand>& PostalCommands() {
+  static const std::vector<TableCommand> commands = {
+      {"import-address", "SOURCE... LIST",
+       "makes the postal address list LIST (Address.csv) of Japan Post's published files, those of towns and "
+       "of "
+       "large offices, and replaces it whole or not at all; prints its number of entries and, where there "
+       "was a "
+       "list, which codes are added, removed and renamed",
+       &ImportAddress},
+  };
+  return commands;
+}
+
+}  // namespace kova::hosts
