@@ -363,4 +363,41 @@ TEST_F(Kovacall, MovesOnTheBoard) {
   EXPECT_TRUE(LastRecord("sale").empty());
 }
 
+// On the list of one city that lies beside the programs.
+TEST_F(Kovacall, LooksUpAddresses) {
+  ExpectOut({"SearchAddressFormPost", U(u8"１００－０００１")}, U(u8"東京都千代田区千代田\n"));
+  ExpectOut({"SearchPostFromAddress", U(u8"東京都 千代田区九段北1-2-3")}, "102-0073\n");
+  ExpectOut({"SearchPostFromAddress", U(u8"大阪府")}, "\n");
+  ExpectOut({"SearchAddressFormPost", "101004-6"}, U(u8"東京都千代田区神田多町\n"));
+  const std::string several = Call({"SearchPostFromAddress", U(u8"東京都千代田区一")}).out;
+  EXPECT_EQ(several, U(u8"\ncandidates[0]=102-0082\t東京都千代田区一番町\n"
+                       u8"candidates[1]=100-0003\t東京都千代田区一ツ橋\n"
+                       u8"candidates[2]=101-0003\t東京都千代田区一ツ橋\n"));
+}
+
+TEST_F(Kovacall, MakesAnAddressList) {
+  const auto write = [&](const char* name, const std::string& content) {
+    std::ofstream(folder_.Native() / name, std::ios::binary) << content;
+  };
+  const auto town = [](const char* code, const char8_t* name) {
+    return "13101,\"100  \",\"" + std::string(code) + "\",\"\",\"\",\"\",\"" + U(u8"東京都") + "\",\"" +
+           U(u8"千代田区") + "\",\"" + U(name) + "\",0,0,0,0,0,0\r\n";
+  };
+  const std::string list = Folder() + "Address.csv";
+  write("one.csv", town("1000001", u8"千代田") + town("1000002", u8"皇居外苑"));
+  write("two.csv", town("1000003", u8"一ツ橋（１丁目）") + town("1000002", u8"外苑"));
+  ExpectOut({"import-address", Folder() + "one.csv", list}, "entries=2\n");
+  ExpectOut(
+      {"import-address", Folder() + "two.csv", list},
+      U(u8"entries=2\nadded=1\n  1000003 東京都千代田区一ツ橋\nremoved=1\n  1000001 東京都千代田区千代田\n"
+        u8"renamed=1\n  1000002 東京都千代田区皇居外苑 -> 東京都千代田区外苑\n"));
+  const std::string before = kova::testing::FileContent(folder_.Native() / "Address.csv");
+  write("cut.csv", town("1000001", u8"千代田").substr(0, 60));
+  write("none.csv", "");
+  for (const char* bad : {"cut.csv", "none.csv", "missing.csv"})
+    EXPECT_EQ(Call({"import-address", Folder() + "one.csv", Folder() + bad, list}).code, 2) << bad;
+  EXPECT_EQ(Call({"import-address", list}).code, 2);
+  EXPECT_EQ(kova::testing::FileContent(folder_.Native() / "Address.csv"), before);
+}
+
 }  // namespace

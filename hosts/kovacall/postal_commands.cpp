@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "entry/kova_com_dlg.h"
 #include "hosts/console/console.h"
 #include "hosts/kovacall/declare.h"
 #include "platform/os/files.h"
@@ -21,19 +22,30 @@ using postal::CodeChange;
 
 std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
 
-/// What the exported operation answers, or has chosen from.
-template <postal::Candidates (*kLookup)(os::Files&, std::string_view, std::string_view)>
-CString LookUp(const char* text, Reply* reply) {
-  const std::string fileName = postal::AddressFileName(os::ProgramFolder());
-  const postal::Candidates found = kLookup(os::RealFiles(), fileName, text);
-  if (const auto sure = found.SureAnswer()) return CString(sure->c_str());
+using Lookup = postal::Candidates (*)(os::Files&, std::string_view fileName, std::string_view text);
+
+/// True, with the candidates in `reply`, when the exported operation would ask its user.
+bool WouldAsk(Lookup lookup, const char* text, Reply& reply) {
+  const postal::Candidates found =
+      lookup(os::RealFiles(), postal::AddressFileName(os::ProgramFolder()), text);
+  if (found.SureAnswer()) return false;
   for (std::size_t i = 0; i < found.list.size(); ++i) {
     const postal::Candidate& each = found.list[i];
-    reply->outs.emplace_back(
+    reply.outs.emplace_back(
         "candidates[" + std::to_string(i) + "]",
         each.postalCode.empty() ? Utf8(each.address) : Utf8(each.postalCode) + "\t" + Utf8(each.address));
   }
-  return CString();
+  return true;
+}
+
+CString SearchAddress(const char* postalCode, Reply* reply) {
+  if (WouldAsk(&postal::AddressesOfCode, postalCode, *reply)) return CString();
+  return CKovaComDlg::SearchAddressFormPost(nullptr, postalCode);
+}
+
+CString SearchPost(const char* address, Reply* reply) {
+  if (WouldAsk(&postal::CodesOfAddress, address, *reply)) return CString();
+  return CKovaComDlg::SearchPostFromAddress(nullptr, address);
 }
 
 /// A file's whole content; false when there is none. Throws UsageError when it cannot be read.
@@ -96,8 +108,8 @@ void ImportAddress(const std::vector<std::string>& arguments, Practice&) {
 
 const std::vector<Operation>& PostalOperations() {
   static const std::vector<Operation> operations = {
-      Declare("SearchAddressFormPost", {"postalCode"}, &LookUp<&postal::AddressesOfCode>),
-      Declare("SearchPostFromAddress", {"address"}, &LookUp<&postal::CodesOfAddress>),
+      Declare("SearchAddressFormPost", {"postalCode"}, &SearchAddress),
+      Declare("SearchPostFromAddress", {"address"}, &SearchPost),
   };
   return operations;
 }

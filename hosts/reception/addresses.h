@@ -1,13 +1,11 @@
 #pragma once
 
-#include <afxwin.h>
-
-#include <string>
+#include <windows.h>
 
 namespace kova::hosts {
 
-/// A small window that asks for a postal code and for an address, and has the library find each by the other.
-/// Runs until it is closed.
-void LookUpAddresses(CWnd& parent);
+/// A small window on a postal code and an address, in which the library finds each by the other. Runs until
+/// it is closed.
+void LookUpAddresses(HWND parent);
 
 }  // namespace kova::hosts

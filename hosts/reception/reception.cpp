@@ -7,6 +7,7 @@
 
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
+#include "hosts/reception/addresses.h"
 #include "hosts/reception/payment.h"
 #include "hosts/reception/print_receipt.h"
 #include "hosts/reception/resource.h"
@@ -104,6 +105,8 @@ void Reception::Command(int command) {
   } else if (command == IDM_PAYMENT) {
     Say(patient_.empty() ? "患者を選んでください。"
                          : TakePayment(window_, practice_.Database(), patient_, Date()));
+  } else if (command == IDM_ADDRESSES) {
+    LookUpAddresses(window_.m_hWnd);
   } else if (command >= IDM_TEMPLATE && command < IDM_TEMPLATE + 6) {
     CKovaComDlg::OpenMailTemplateSetting(&window_, command - IDM_TEMPLATE, nullptr, &practice_.Database());
   } else if (command == IDM_TEMPLATE_TREE) {

@@ -6,6 +6,8 @@
 #define IDR_MENU 102
 #define IDR_KEYS 103
 
+#define IDD_ADDRESSES 110
+
 #define IDC_DATE 1001
 #define IDC_BOARD 1002
 #define IDC_PATIENT 1003
@@ -18,10 +20,16 @@
 #define IDC_RESERVE 1010
 #define IDC_STATUS 1011
 
+#define IDC_POSTAL_CODE 1031
+#define IDC_FIND_ADDRESS 1032
+#define IDC_ADDRESS 1033
+#define IDC_FIND_CODE 1034
+
 #define IDM_QUERY_ID 2001
 #define IDM_QUERY_KANA 2002
 #define IDM_QUERY_NAME 2003
 #define IDM_PAYMENT 2004
+#define IDM_ADDRESSES 2006
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
 #define IDM_RECEIPT 2030

@@ -193,8 +193,8 @@ void WriteOwner(CKovaDBSys& db) {
   PutText(owner->record.code, "0001");
   PutText(owner->record.name, "表　修一");
   PutText(owner->record.clinicName, "表町みなと歯科クリニック");
-  PutText(owner->record.address, "横浜市西区みなとみらい１丁目２番３号　十河ビル２階");
-  PutText(owner->record.postalCode, "220-0012");
+  PutText(owner->record.address, "東京都千代田区神田駿河台１丁目２番３号　十河ビル２階");
+  PutText(owner->record.postalCode, "101-0062");
   PutText(owner->record.phone, "0900-00-1234");
   PutText(owner->record.registrationNumber, "T0000000000000");
   Check(owner->Insert(), "the owner");

@@ -91,7 +91,7 @@ void PutAddress(tagPATIENTDB& patient, Random& random) {
   PutText(patient.postalCode, town.postalCode);
   const std::string block = Formatted("%d丁目%d番", {random.Between(1, 5), random.Between(1, 30)});
   const std::string house = Formatted("%d号", {random.Between(1, 20)});
-  PutText(patient.address, std::string("神奈川県") + town.name + block + house);
+  PutText(patient.address, std::string("東京都千代田区") + town.name + block + house);
   PutText(patient.phone, Formatted("0900-%02d-%04d", {random.Between(10, 99), random.Between(0, 9999)}));
   if (random.Chance(80))
     PutText(patient.mobilePhone,

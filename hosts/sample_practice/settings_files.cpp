@@ -16,7 +16,7 @@ constexpr std::string_view kSettings =
     "; 診療所全体の設定です。全ての端末で共用します。\r\n"
     "[GLOBAL]\r\n"
     "ClinicName=表町みなと歯科クリニック\r\n"
-    "ClinicAddress=横浜市西区みなとみらい１丁目２番３号　十河ビル２階\r\n"
+    "ClinicAddress=東京都千代田区神田駿河台１丁目２番３号　十河ビル２階\r\n"
     "ClinicTel=0900-00-1234\r\n"
     "ClinicRegNo=T0000000000000\r\n"
     "; 消費税の扱い　1: 料金に消費税を加える\r\n"

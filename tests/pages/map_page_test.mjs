@@ -41,10 +41,10 @@ execFileSync(path.join(bin, 'kovacall'), ['create-db', practice]);
 const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
 try {
   // 25 and 12 patients in two towns, 5 and 1 in two others, and some that no list knows.
-  const codes = [...Array(25).fill('220-0012'), ...Array(12).fill('2200004'), ...Array(5).fill('２'), '2310017',
-    ...Array(5).fill('220-0023'), '999', ''];
+  const codes = [...Array(25).fill('101-0051'), ...Array(12).fill('1010021'), ...Array(5).fill('２'), '1000011',
+    ...Array(5).fill('102-0072'), '999', ''];
   let { page, trouble } = await open(browser, makePage(codes));
-  assert.deepEqual(await rows(page), ['横浜市西区みなとみらい 25 人', '横浜市西区北幸 12 人', '横浜市西区平沼 5 人', '横浜市中区港町 1 人']);
+  assert.deepEqual(await rows(page), ['千代田区神田神保町 25 人', '千代田区外神田 12 人', '千代田区飯田橋 5 人', '千代田区内幸町 1 人']);
   assert.equal(await page.innerText('#total'), '43 人');
   const shown = await page.evaluate(() => {
     const circles = [];
@@ -54,13 +54,13 @@ try {
   });
   assert.deepEqual(shown.circles.map((circle) => circle[0]).sort(), ['#5050ff', '#509950', '#ff2020', '#ff8000']);
   assert.equal(shown.zoom, 12);
-  assert.ok(Math.abs(shown.centre[0] - (35.467 + 35.445) / 2) < 1e-3 && Math.abs(shown.centre[1] - 139.627) < 1e-3);
+  assert.ok(Math.abs(shown.centre[0] - (35.701 + 35.670) / 2) < 1e-3 && Math.abs(shown.centre[1] - (139.747 + 139.770) / 2) < 1e-3);
   // By keyboard alone: to a marker, and its numbers.
   await page.focus('.leaflet-marker-icon');
   await page.keyboard.press('Enter');
   await page.waitForSelector('.leaflet-popup-content');
   assert.match(await page.innerText('.leaflet-popup-content'), /\d+ 人$/);
-  assert.match(await page.evaluate(() => csvOf(places)), /^地域,人数\r\n"横浜市西区みなとみらい",25\r\n/);
+  assert.match(await page.evaluate(() => csvOf(places)), /^地域,人数\r\n"千代田区神田神保町",25\r\n/);
   assert.deepEqual((await page.$$eval('.number', (all) => all.map((each) => each.innerText))).sort(), ['1', '12', '25', '5']);
   mkdirSync(path.join(root, 'out/pages'), { recursive: true });
   await page.screenshot({ path: path.join(root, 'out/pages/map.png') });
