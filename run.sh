@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/setup.sh
 [ -e build/windows/bin/reception.exe ] || echo "Building the library and its programs (some minutes the first time)"
-KOVA_TARGETS="reception play_day day sample_practice kovacall empty_database mail_templates address_list companions" scripts/build.sh windows
+KOVA_TARGETS="reception play_day day sample_practice kovacall empty_database mail_templates companions address_list patient_map" scripts/build.sh windows
 
 run() { scripts/wine_run.sh "build/windows/bin/$1.exe" "${@:2}"; }
 today=$(date +%Y%m%d)

@@ -22,7 +22,7 @@ for room in $(sed -n "s/^kova_fuzz($target \(.*\))/\1/p" fuzz/CMakeLists.txt); d
       sources+=(src/mail/{archive_text,template_store,template_tree,placeholders}.cpp src/foundation/number_text.cpp
         platform/text932/cp932.cpp) ;;
     kova_cashless)
-      sources+=(src/cashless/{exchange,exchange_files,payment_names,result_codes,payment_journal,journal_line}.cpp
+      sources+=(src/cashless/{exchange,terminal_payment,exchange_files,payment_names,result_codes,payment_journal,journal_line}.cpp
         src/foundation/number_text.cpp platform/text932/cp932.cpp) ;;
     kova_printing) sources+=(src/printing/print_data{,_reader}.cpp platform/text932/cp932.cpp) ;;
     kova_postal)

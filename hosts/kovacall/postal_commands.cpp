@@ -13,6 +13,7 @@
 #include "postal/address_import.h"
 #include "postal/address_list.h"
 #include "postal/address_lookup.h"
+#include "postal/geo_import.h"
 
 namespace kova::hosts {
 namespace {
@@ -80,6 +81,12 @@ void PrintChanges(std::string_view kind, const std::vector<CodeChange>& changes)
   if (changes.size() > kShown) Print("  ... and " + std::to_string(changes.size() - kShown) + " more\n");
 }
 
+void PrintChanges(const postal::ListChanges& changes) {
+  PrintChanges("added", changes.added);
+  PrintChanges("removed", changes.removed);
+  PrintChanges("renamed", changes.renamed);
+}
+
 void ImportAddress(const std::vector<std::string>& arguments, Practice&) {
   if (arguments.size() < 2) throw UsageError("takes one or more sources, and the list to make of them");
   const std::string& target = arguments.back();
@@ -98,10 +105,27 @@ void ImportAddress(const std::vector<std::string>& arguments, Practice&) {
   if (unstorable > 0)
     Print("lines with characters that cannot be stored=" + std::to_string(unstorable) + "\n");
   if (!wasThere) return;
-  const postal::ListChanges changes = postal::CompareLists(before, list);
-  PrintChanges("added", changes.added);
-  PrintChanges("removed", changes.removed);
-  PrintChanges("renamed", changes.renamed);
+  PrintChanges(postal::CompareLists(before, list));
+}
+
+void ImportGeo(const std::vector<std::string>& arguments, Practice&) {
+  if (arguments.size() != 3)
+    throw UsageError("takes the table of towns, the postal address list, and the list to make");
+  std::string towns, addresses, before, made;
+  if (!ReadFile(arguments[0], towns)) throw UsageError("there is no file " + ShowControls(arguments[0]));
+  if (!ReadFile(arguments[1], addresses)) throw UsageError("there is no file " + ShowControls(arguments[1]));
+  const postal::GeoOutcome outcome = postal::MakeCoordinates(towns, addresses, made);
+  if (outcome.faultyLine != 0)
+    throw UsageError(ShowControls(arguments[0]) + ": line " + std::to_string(outcome.faultyLine) +
+                     " is of no table of towns with coordinates; nothing was changed");
+  if (made.empty()) throw UsageError("no code of the list has a place in the table; nothing was changed");
+  const bool wasThere = ReadFile(arguments[2], before);
+  const std::string name = TextArgument(AbsoluteName(arguments[2]), "the list");
+  if (os::RealFiles().Replace(name, made) != FileOutcome::kOk)
+    throw UsageError(ShowControls(arguments[2]) + " cannot be written; it is as it was");
+  Print("towns=" + std::to_string(outcome.towns) + "\ncities=" + std::to_string(outcome.cities) +
+        "\nnowhere=" + std::to_string(outcome.nowhere) + "\n");
+  if (wasThere) PrintChanges(postal::CompareCoordinates(before, made));
 }
 
 }  // namespace
@@ -123,6 +147,13 @@ const std::vector<TableCommand>& PostalCommands() {
        "was a "
        "list, which codes are added, removed and renamed",
        &ImportAddress},
+      {"import-geo", "TOWNS ADDRESSES LIST",
+       "makes the map's coordinate list LIST (PostGeo.csv) of a table of towns with coordinates and the "
+       "postal address "
+       "list, and replaces it whole or not at all; prints how many codes lie at their town, in their city, "
+       "and nowhere "
+       "and, where there was a list, which codes are added, removed and renamed",
+       &ImportGeo},
   };
   return commands;
 }

@@ -8,6 +8,7 @@
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
 #include "hosts/reception/addresses.h"
+#include "hosts/reception/patient_map.h"
 #include "hosts/reception/payment.h"
 #include "hosts/reception/print_receipt.h"
 #include "hosts/reception/resource.h"
@@ -102,6 +103,8 @@ void Reception::Command(int command) {
     QueryPatient("BYNAME");
   } else if (command == IDC_RESERVE) {
     Reserve();
+  } else if (command == IDM_MAP) {
+    Say(ShowPatientMap(window_, practice_.Database()));
   } else if (command == IDM_PAYMENT) {
     Say(patient_.empty() ? "患者を選んでください。"
                          : TakePayment(window_, practice_.Database(), patient_, Date()));

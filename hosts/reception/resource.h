@@ -30,6 +30,7 @@
 #define IDM_QUERY_NAME 2003
 #define IDM_PAYMENT 2004
 #define IDM_ADDRESSES 2006
+#define IDM_MAP 2007
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
 #define IDM_RECEIPT 2030

@@ -10,15 +10,14 @@
 #include "foundation/text_tools.h"
 #include "platform/text932/cp932.h"
 #include "postal/address_list.h"
+#include "postal/published_file.h"
 
 namespace kova::postal {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kOpen = "（", kClose = "）";
 constexpr std::size_t kTownColumns = 15, kOfficeColumns = 13, kCodeDigits = 7;
 
-using Fields = std::vector<std::string>;
 using text932::CharLength;
 
 // Columns of the list of towns, which are those of the address list but for column 6.
@@ -43,37 +42,6 @@ enum Office {
   kOfficeCode = 7,
   kOfficeOldCode = 8,
 };
-
-bool IsUtf8(std::string_view bytes) {
-  std::size_t follow = 0;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (follow > 0) {
-      if ((byte & 0xC0) != 0x80) return false;
-      --follow;
-    } else if (byte >= 0x80) {
-      if (byte < 0xC2 || byte > 0xF4) return false;
-      follow = byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
-    }
-  }
-  return follow == 0;
-}
-
-// False, and "?" in their place, when there were characters that the code page lacks.
-bool To932(std::string_view utf8, std::string& text) {
-  if (text932::FromUtf8(utf8, text)) return true;
-  text.resize(utf8.size());
-  text.resize(text932::FromUtf8Into(utf8, text.data(), text.size()));
-  return false;
-}
-
-Fields FieldsOf(std::string_view line) {
-  Fields fields;
-  LineFields reader(line);
-  std::string_view field;
-  while (reader.Next(field)) fields.emplace_back(field);
-  return fields;
-}
 
 bool IsCode(std::string_view text) { return text.size() == kCodeDigits && foundation::IsNumeric(text); }
 
@@ -259,33 +227,18 @@ std::string Joined(const std::set<std::string>& addresses) {
   return joined;
 }
 
-}  // namespace
-
-ImportOutcome AppendAddresses(std::string_view source, std::string& list) {
-  ImportOutcome outcome;
-  if (source.starts_with(kByteOrderMark)) source.remove_prefix(kByteOrderMark.size());
-  const bool isUtf8 = IsUtf8(source);
-  const std::size_t before = list.size();
-  Importer importer(list);
-  ListLines lines(source);
-  std::string_view line;
-  std::string converted;
-  for (std::size_t number = 1; lines.Next(line); ++number) {
-    if (line.empty()) continue;
-    if (isUtf8) {
-      if (!To932(line, converted)) ++outcome.unstorableLines;
-      line = converted;
-    }
-    if (importer.Take(FieldsOf(line))) continue;
-    list.resize(before);
-    return {0, number, 0};
+AddressesByCode ReadLabels(std::string_view coordinates) {
+  AddressesByCode codes;
+  ListLines lines(coordinates);
+  for (std::string_view line; lines.Next(line);) {
+    const std::size_t first = std::min(line.find(','), line.size());
+    const std::string_view rest = line.substr(std::min(first + 1, line.size()));
+    if (first > 0) codes[std::string(line.substr(0, first))].emplace(rest.substr(0, rest.find(',')));
   }
-  outcome.entries = importer.Finish();
-  return outcome;
+  return codes;
 }
 
-ListChanges CompareLists(std::string_view before, std::string_view after) {
-  const AddressesByCode old = ReadCodes(before), now = ReadCodes(after);
+ListChanges Compare(const AddressesByCode& old, const AddressesByCode& now) {
   ListChanges changes;
   for (const auto& [code, addresses] : now) {
     const auto was = old.find(code);
@@ -299,6 +252,29 @@ ListChanges CompareLists(std::string_view before, std::string_view after) {
     if (!now.contains(code)) changes.removed.push_back({code, Joined(addresses), ""});
   }
   return changes;
+}
+
+}  // namespace
+
+ImportOutcome AppendAddresses(std::string_view source, std::string& list) {
+  const std::size_t before = list.size();
+  Importer importer(list);
+  PublishedFile file(source);
+  Fields fields;
+  while (file.Next(fields)) {
+    if (importer.Take(fields)) continue;
+    list.resize(before);
+    return {0, file.LineNumber(), 0};
+  }
+  return {importer.Finish(), 0, file.UnstorableLines()};
+}
+
+ListChanges CompareLists(std::string_view before, std::string_view after) {
+  return Compare(ReadCodes(before), ReadCodes(after));
+}
+
+ListChanges CompareCoordinates(std::string_view before, std::string_view after) {
+  return Compare(ReadLabels(before), ReadLabels(after));
 }
 
 }  // namespace kova::postal

@@ -38,5 +38,7 @@ struct ListChanges {
 
 /// What is different in the list `after`.
 ListChanges CompareLists(std::string_view before, std::string_view after);
+/// The same of two coordinate lists, by their labels.
+ListChanges CompareCoordinates(std::string_view before, std::string_view after);
 
 }  // namespace kova::postal
