@@ -20,11 +20,15 @@ cat out/practice.log
 export KOVA_WINE_LOCALE=ja_JP.UTF-8
 export KOVA_OUTBOX="Z:${PWD//\//\\}\\out\\outbox"
 
+# Stands in for the payment terminal: charges nobody, and says after some seconds that it was paid.
+start_bridge() {
+  KOVA_CASHLESS="Z:${PWD//\//\\}\\out\\practice\\Cashless" run Option/CashlessBridge /WORK:2000 &
+}
+
 if [ -n "${DISPLAY:-}" ]; then
   echo "Opening the reception (F2: the board, F3: patient query, F4: payment); mails go to out/outbox"
   export KOVA_WINE_PATIENCE=0  # as long as it takes
-  # Stands in for the payment terminal: charges nobody, and says after four seconds that it was paid.
-  KOVA_CASHLESS="Z:${PWD//\//\\}\\out\\practice\\Cashless" run Option/CashlessBridge /WORK:4000 &
+  start_bridge
   source scripts/wine_env.sh
   trap wine_stop EXIT
   run reception --app out/practice/app.ini
@@ -36,7 +40,8 @@ export KOVA_PICTURES="Z:${PWD//\//\\}\\out"
 source scripts/wine_env.sh
 wine_start
 display_start
-trap display_stop EXIT
+trap 'wine_stop; display_stop' EXIT
+start_bridge
 run play_day --app out/practice/app.ini >out/day.txt
 for picture in out/board-*.bmp; do
   convert "$picture" "${picture%.bmp}.png"
@@ -47,7 +52,7 @@ cat out/day.txt
 echo
 mails=(out/outbox/*.eml)
 [ -e "${mails[0]}" ] || mails=()
-echo "${#mails[@]} mails in out/outbox, pictures of the board in out/board-*.png"
+echo "${#mails[@]} mails in out/outbox, pictures of the board and the payment in out/board-*.png"
 if [ ${#mails[@]} -gt 0 ]; then
   echo "The first mail, ${mails[0]}:"
   echo

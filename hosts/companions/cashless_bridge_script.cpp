@@ -22,6 +22,8 @@ bool ReadNumber(std::string_view text, int least, int most, int& number) {
 
 bool ReadWord(std::string_view word, BridgeScript& script) {
   constexpr int kLongest = 3600000;
+  // Whoever starts programs by their arguments may quote each.
+  if (word.size() >= 2 && word.front() == '"' && word.back() == '"') word = word.substr(1, word.size() - 2);
   const std::size_t colon = std::min(word.find(':'), word.size());
   const std::string_view key = word.substr(0, colon);
   const std::string_view value = word.substr(std::min(colon + 1, word.size()));

@@ -1,6 +1,6 @@
 // play_day: a day at the reception on a display that nobody has to sit at. Opens the board as a host does,
-// moves patients through it by the board's own buttons, leaves pictures, and prints what was written, read
-// back from the database.
+// moves patients through it by the board's own buttons, has one of them pay at the terminal (for which a
+// bridge must be running), leaves pictures, and prints what was written, read back from the database.
 
 #include <windows.h>
 #include <commctrl.h>
@@ -16,6 +16,7 @@
 #include "hosts/console/practice.h"
 #include "hosts/day/columns.h"
 #include "hosts/person/window_driver.h"
+#include "hosts/reception/payment.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/os/program.h"
 #include "platform/text932/cp932.h"
@@ -28,7 +29,10 @@ using store::GetText;
 // The board's controls.
 constexpr int kBefore = 8123, kStaged = 8128, kFinished = 8125;
 constexpr int kBeforeToNext = 8131, kForward = 8133, kBack = 8134, kToFinished = 8127, kClose = IDCANCEL;
+// The payment's.
+constexpr int kCashless = 102, kFirstKind = 200;
 constexpr int kByDateAndTime = 6;  // key of the reservations
+constexpr int kByDate = 2;         // key of the sales
 
 int Rows(HWND board, int list) { return ListView_GetItemCount(person::Item(board, list)); }
 
@@ -64,7 +68,8 @@ void Move(HWND board, Place from, std::size_t count, int button, Place to) {
   person::WaitFor("the move", [&] { return RowsIn(board, to.list, to.column).size() == before + count; });
 }
 
-void Play() {
+/// Five patients come, and are brought from stage to stage.
+void PlayMorning() {
   HWND board = person::Dialog("来院の流れ");
   person::Photograph(board, "board-1-morning");
   Move(board, {kBefore}, 5, kBeforeToNext, {kStaged, 0});
@@ -73,8 +78,27 @@ void Play() {
   Move(board, {kStaged, 1}, 2, kForward, {kStaged, 2});
   Move(board, {kStaged, 2}, 1, kBack, {kStaged, 1});
   person::Photograph(board, "board-3-in-treatment");
+  person::Press(board, kClose);
+  person::WaitUntilClosed(board);
+}
+
+/// One of them pays at the terminal.
+void PlayPayment() {
+  HWND choice = person::Dialog("お支払い方法");
+  person::Photograph(choice, "board-4-cash-or-cashless");
+  person::Press(choice, kCashless);
+  HWND payment = person::Dialog("キャッシュレス決済");
+  person::Press(payment, kFirstKind);
+  person::WaitFor("the terminal", [&] { return IsWindowEnabled(person::Item(payment, kFirstKind)) == 0; });
+  person::Photograph(payment, "board-5-at-the-terminal");
+  person::WaitUntilClosed(payment);
+}
+
+/// Three are finished.
+void PlayEvening() {
+  HWND board = person::Dialog("来院の流れ");
   Move(board, {kStaged, 2}, 3, kToFinished, {kFinished});
-  person::Photograph(board, "board-4-finished");
+  person::Photograph(board, "board-6-finished");
   person::Press(board, kClose);
   person::WaitUntilClosed(board);
 }
@@ -104,11 +128,48 @@ std::vector<std::vector<std::string>> MovedRows(CKovaDBSys& db, const std::strin
   return rows;
 }
 
+/// A sale of the day that is not paid yet.
+tagSALE UnpaidSale(CKovaDBSys& db, const std::string& date) {
+  CSaleDB sales(nullptr, 0);
+  if (sales.SetAssociatedDB(&db) != 0) return {};
+  sales.SetKey(kByDate);
+  sales.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
+  for (int result = sales.GetGREQ(); result == 0 && GetText(sales.record.saleDate) == date;
+       result = sales.GetNEXT()) {
+    if (sales.record.total > 0 && sales.record.receivedAmount == 0) return sales.record;
+  }
+  return {};
+}
+
+/// The patient of that sale pays; what the sale holds then.
+void TakePaymentOf(const tagSALE& unpaid, CKovaDBSys& db, const std::string& date) {
+  CWnd none;
+  std::string told;
+  const std::string patient(GetText(unpaid.patientCode));
+  const std::string failure =
+      person::Drive([&] { told = TakePayment(none, db, patient, date); }, PlayPayment);
+  if (!failure.empty()) throw UsageError("the payment could not be played: " + failure);
+  CSaleDB sales(nullptr, 0);
+  CCategoryDB methods(nullptr, 0);
+  if (sales.SetAssociatedDB(&db) != 0 || methods.SetAssociatedDB(&db) != 0) return;
+  (void)sales.GetSaleData(unpaid.saleNumber);
+  (void)methods.GetCategoryData("2", sales.record.categoryCode);
+  Print("\nPaid at the counter, as the database now holds it: " + Utf8(told) + "\n\n");
+  Print(FormatTable({{"sale number"}, {"total", true}, {"received", true}, {"payment method"}},
+                    {{Utf8(GetText(sales.record.saleNumber)), std::to_string(sales.record.total),
+                      std::to_string(sales.record.receivedAmount), Utf8(GetText(methods.record.name))}}));
+}
+
 std::string Now(const char* format) {
   const std::time_t now = std::time(nullptr);
   char text[32];
   std::strftime(text, sizeof text, format, std::localtime(&now));
   return text;
+}
+
+void OpenBoard(const std::string& date, void (*play)()) {
+  const std::string failure = person::Drive([&] { CKovaComDlg::OpenVisitFlowDialog(date.c_str()); }, play);
+  if (!failure.empty()) throw UsageError("the day could not be played: " + failure);
 }
 
 int Main(const std::vector<std::string>& arguments) {
@@ -118,11 +179,14 @@ int Main(const std::vector<std::string>& arguments) {
   std::filesystem::current_path(os::ToFilesystemPath(os::ProgramFolder()));
   const std::string date = Now("%Y%m%d");
   const std::string from = Now("%H%M");
-  const std::string failure = person::Drive([&] { CKovaComDlg::OpenVisitFlowDialog(date.c_str()); }, Play);
-  Print("Moved on the board of " + date + ", as the database now holds it:\n\n");
+  OpenBoard(date, PlayMorning);
+  const tagSALE unpaid = UnpaidSale(practice.Database(), date);
+  if (GetText(unpaid.saleNumber).empty()) throw UsageError("the day made no sale");
+  TakePaymentOf(unpaid, practice.Database(), date);
+  OpenBoard(date, PlayEvening);
+  Print("\nMoved on the board of " + date + ", as the database now holds it:\n\n");
   Print(FormatTable({{"time"}, {"patient"}, {"stage"}, {"moved"}, {"finished"}, {"visited"}, {"sale number"}},
                     MovedRows(practice.Database(), date, from)));
-  if (!failure.empty()) throw UsageError("the day could not be played: " + failure);
   return 0;
 }
 

@@ -195,10 +195,22 @@ void Mouse(POINT at, DWORD button) {
   SendInput(1, &input, sizeof input);
 }
 
+/// Moves the mouse and waits until it stays there: the display tells of earlier moves late, and takes it back with them.
+void Rest(POINT at) {
+  int quiet = 0;
+  WaitFor("the mouse to rest", [&] {
+    POINT now{};
+    GetCursorPos(&now);
+    quiet = now.x == at.x && now.y == at.y ? quiet + 1 : 0;
+    if (quiet == 0) Mouse(at, 0);
+    return quiet == 6;
+  });
+}
+
 }  // namespace
 
 void DragAndDrop(HWND dialog, POINT from, POINT to) {
-  Mouse(from, 0);
+  Rest(from);
   Mouse(from, MOUSEEVENTF_LEFTDOWN);
   // Out of the place where it may still become a click, step by step, until the dialog has it.
   POINT at = from;
@@ -207,7 +219,7 @@ void DragAndDrop(HWND dialog, POINT from, POINT to) {
     Mouse(at, 0);
     return ThreadOf(dialog).hwndCapture == dialog;
   });
-  Mouse(to, 0);
+  Rest(to);
   Mouse(to, MOUSEEVENTF_LEFTUP);
   WaitFor("a drag to end", [&] { return ThreadOf(dialog).hwndCapture == nullptr; });
 }

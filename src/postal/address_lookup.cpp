@@ -52,10 +52,7 @@ Candidate CandidateOf(std::string_view codeAndAddress) {
 
 std::optional<std::string> Candidates::SureAnswer() const {
   if (list.empty()) return std::string();
-  for (std::size_t i = 1; i < list.size(); ++i) {
-    if (Answer(i) != Answer(0)) return std::nullopt;
-  }
-  return Answer(0);
+  return list.size() == 1 ? std::optional(Answer(0)) : std::nullopt;
 }
 
 Candidates AddressesOfCode(os::Files& files, std::string_view fileName, std::string_view code) {

@@ -28,7 +28,7 @@ struct Candidates {
   const std::string& Answer(std::size_t at) const {
     return wanted == Wanted::kAddress ? list[at].address : list[at].postalCode;
   }
-  /// The answer where nobody needs to be asked: that of all candidates alike, empty without candidates.
+  /// The answer where nobody needs to be asked: that of the only candidate, empty without one.
   std::optional<std::string> SureAnswer() const;
 };
 

@@ -45,7 +45,7 @@ TEST(PostTable, ReadsWhatHasAPlace) {
                  "0,half\x81,3,4",
                  going));
   const std::vector<std::pair<std::string, std::pair<double, double>>> expected = {
-      {"1000001", {1, 2}},    {"4", {16, 1}},   {"5", {35.5, 139}}, {"6", {35, 68}},
+      {"1000001", {1, 2}},    {"4", {0, 1}},    {"5", {35.5, 139}}, {"6", {35, 68}},
       {"7", {-33.8, -151.2}}, {"8", {35, 139}}, {"0", {3, 4}}};
   std::vector<std::pair<std::string, std::pair<double, double>>> read;
   for (std::size_t i = 0; i < table.Size(); ++i) {
