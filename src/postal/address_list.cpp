@@ -132,15 +132,6 @@ class BestLines {
 
 }  // namespace
 
-bool ListLines::Next(std::string_view& line) {
-  if (rest_.empty()) return false;
-  const std::size_t end = rest_.find('\n');
-  line = rest_.substr(0, end);
-  rest_.remove_prefix(end == rest_.npos ? rest_.size() : end + 1);
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return true;
-}
-
 void LineFields::Advance(std::size_t comma) {
   atEnd_ = comma >= rest_.size();
   rest_.remove_prefix(std::min(comma + 1, rest_.size()));

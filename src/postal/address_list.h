@@ -59,7 +59,14 @@ class ListLines {
  public:
   explicit ListLines(std::string_view text) : rest_(text) {}
   /// False behind the last one. An end behind the last line begins no further one.
-  bool Next(std::string_view& line);
+  bool Next(std::string_view& line) {
+    if (rest_.empty()) return false;
+    const std::size_t end = rest_.find('\n');
+    line = rest_.substr(0, end);
+    rest_.remove_prefix(end == rest_.npos ? rest_.size() : end + 1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return true;
+  }
   std::string_view Rest() const { return rest_; }
 
  private:

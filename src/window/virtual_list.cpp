@@ -45,7 +45,10 @@ void VirtualList::ShowSorted(int column, bool descending) {
 
 void VirtualList::SetRowCount(int rows) {
   SendMessageW(list_, LVM_SETITEMCOUNT, static_cast<WPARAM>(rows), LVSICF_NOSCROLL | LVSICF_NOINVALIDATEALL);
-  if (rows > 0) ListView_RedrawItems(list_, ListView_GetTopIndex(list_), rows - 1);
+  // Those that can be seen, the last one perhaps in part.
+  const int top = ListView_GetTopIndex(list_);
+  if (rows > 0)
+    ListView_RedrawItems(list_, top, std::min(rows - 1, top + ListView_GetCountPerPage(list_) + 1));
 }
 
 int VirtualList::RowCount() const { return ListView_GetItemCount(list_); }
@@ -64,7 +67,8 @@ std::vector<int> VirtualList::AllSelected() const {
 }
 
 void VirtualList::Select(std::optional<int> row) {
-  ListView_SetItemState(list_, -1, 0, LVIS_SELECTED);
+  // Of all rows at once would touch each of a hundred thousand.
+  for (const int selected : AllSelected()) ListView_SetItemState(list_, selected, 0, LVIS_SELECTED);
   if (!row) return;
   ListView_SetItemState(list_, *row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   ListView_EnsureVisible(list_, *row, FALSE);
