@@ -195,8 +195,8 @@ void Dialog::Start() {
   RECT over = monitor.rcWork;
   if (owner_ != nullptr && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &over);
   const Rect at = CenteredOver(RectOf(over), FrameOf(inside), RectOf(monitor.rcWork));
+  // Its new size places the controls.
   SetWindowPos(window_, nullptr, at.x, at.y, at.width, at.height, SWP_NOZORDER | SWP_NOACTIVATE);
-  PlaceControls();
   if (HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
   OnStart();
 }

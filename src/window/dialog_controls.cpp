@@ -105,9 +105,10 @@ int Dialog::LineHeight(int textHeight) const { return std::max(textHeight + Dip(
 
 void Dialog::UseScale(UINT dpi) {
   dpi_ = dpi;
+  const BOOL isShown = IsWindowVisible(window_);
   const Font old = std::exchange(font_, MessageFont(dpi));
   for (HWND item = GetWindow(window_, GW_CHILD); item != nullptr; item = GetWindow(item, GW_HWNDNEXT)) {
-    SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
+    SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), isShown);
     // A combo box is as high as an edit control beside it.
     if (IsClass(item, WC_COMBOBOXW)) {
       const int field = LineHeight(static_cast<int>(TextSize(item).cy)) - Dip(6);
@@ -116,7 +117,7 @@ void Dialog::UseScale(UINT dpi) {
   }
   for (auto& [control, shown] : looks_) {
     Font before = std::exchange(shown.font, MessageFont(dpi, shown.look.textPercent, shown.look.isBold));
-    SendMessageW(Item(control), WM_SETFONT, reinterpret_cast<WPARAM>(shown.font.get()), TRUE);
+    SendMessageW(Item(control), WM_SETFONT, reinterpret_cast<WPARAM>(shown.font.get()), isShown);
   }
 }
 
