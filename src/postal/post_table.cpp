@@ -153,12 +153,16 @@ std::optional<tagPOST_LIST> PostTable::EntryAt(std::size_t row) const {
 
 void PostTable::Count(std::string_view code) {
   char digits[kCodeLength];
-  std::size_t length = 0;
-  for (std::size_t i = 0; i < code.size() && length < kCodeLength; ++i)
-    if (code[i] != '-') digits[length++] = code[i];
-  while (length < kCodeLength) digits[length++] = '0';
+  std::string_view whole(digits, kCodeLength);
+  if (code.size() == kCodeLength && code.find('-') == code.npos) {  // most are typed so
+    whole = code;
+  } else {
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < code.size() && length < kCodeLength; ++i)
+      if (code[i] != '-') digits[length++] = code[i];
+    while (length < kCodeLength) digits[length++] = '0';
+  }
   if (slots_.empty()) return;
-  const std::string_view whole(digits, kCodeLength);
   const Slot& slot = slots_[SlotOf(whole, HashOf(whole))];
   if (slot.row != 0) ++rows_[slot.row - 1].count;
 }
