@@ -2,6 +2,7 @@
 
 #include "hosts/console/console.h"
 #include "hosts/kovacall/board_commands.h"
+#include "hosts/kovacall/controls_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/operation.h"
@@ -27,6 +28,7 @@ std::vector<TableCommand> Commands() {
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
   all.insert(all.end(), PrintCommands().begin(), PrintCommands().end());
+  all.insert(all.end(), ControlsCommands().begin(), ControlsCommands().end());
   return all;
 }
 

@@ -115,6 +115,15 @@ WesternDate ToWestern(const EraDate& date) {
           date.day};
 }
 
+std::string EraText(const WesternDate& date) {
+  const EraDate shown = ToEra(date);
+  if (shown.era == kNoEra || date.month == 0 || date.day == 0) return {};
+  const bool isFirstYear = shown.era != kWestern && shown.year == 1;
+  const std::string year = isFirstYear ? std::string(kFirstYear) : std::to_string(shown.year);
+  return std::string(kEras[static_cast<std::size_t>(shown.era)].name) + year + "年" +
+         std::to_string(date.month) + "月" + std::to_string(date.day) + "日";
+}
+
 std::optional<int> FindEra(std::string_view text) {
   for (std::size_t i = 0; i < kEras.size(); ++i) {
     const bool isLetter = text.size() == 1 && kEras[i].letter != ' ' && (text[0] & ~0x20) == kEras[i].letter;

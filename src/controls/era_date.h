@@ -50,6 +50,9 @@ struct EraDate {
 /// is.
 [[nodiscard]] WesternDate ToWestern(const EraDate& date);
 
+/// "昭和50年1月1日", "令和元年5月1日", "西暦1867年12月31日"; empty for a date that lacks a part.
+[[nodiscard]] std::string EraText(const WesternDate& date);
+
 /// The era of that name or letter (either case); nothing when there is none.
 [[nodiscard]] std::optional<int> FindEra(std::string_view text);
 

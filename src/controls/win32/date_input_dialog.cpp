@@ -2,6 +2,8 @@
 
 #include <windowsx.h>
 
+#include <utility>
+
 #include "window/input_mode.h"
 #include "window/wide_text.h"
 
@@ -9,6 +11,7 @@ namespace kova::controls {
 
 using window::Box;
 using window::Row;
+using window::Space;
 
 namespace {
 
@@ -61,10 +64,11 @@ Box DateInputDialog::Arrange() const {
   const auto field = [&](int control, int width) {
     return window::Control(control, {Dip(width), Natural(control).least.height});
   };
-  return Row(Dip(3), {window::Control(kEraLabel, {}), field(kEra, 64), field(kYear, 44), Natural(kYearLabel),
-                      field(kMonth, 28), Natural(kMonthLabel), field(kDay, 28), Natural(kDayLabel),
-                      Natural(kNote).Stretch()})
-      .Margin(Dip(1));
+  Box fields = Row(Dip(3), {window::Control(kEraLabel, {}), field(kEra, 64), field(kYear, 44),
+                            Natural(kYearLabel), field(kMonth, 28), Natural(kMonthLabel), field(kDay, 28),
+                            Natural(kDayLabel), Space(Dip(2), 0), Natural(kNote).Stretch()});
+  // In the middle of a rectangle that is higher.
+  return window::Column(0, {Space(0, 0).Stretch(), std::move(fields), Space(0, 0).Stretch()}).Margin(Dip(1));
 }
 
 window::Rect DateInputDialog::FirstPlace() const {

@@ -24,7 +24,7 @@ CShowItemListSortDlg::CShowItemListSortDlg(os::ApplicationProfile& profile, std:
     : Dialog("表示項目の設定", {0, 620}), profile_(profile), section_(section), names_(std::move(names)) {}
 
 void CShowItemListSortDlg::AddControls() {
-  AddLabel(kItemsLabel, "リストに表示したい項目をチェックしてください");
+  AddLabel(kItemsLabel, "リストに表示したい項目をチェックしてください(&L)");
   AddOther(kItems, WC_LISTVIEWW, CheckList::kStyle);
   AddButton(kUp, "↑");
   AddButton(kDown, "↓");
