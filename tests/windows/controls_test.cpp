@@ -14,6 +14,10 @@
 #include "entry/date_input.h"
 #include "entry/kova_com_dlg.h"
 #include "hosts/person/window_driver.h"
+#include "hosts/reception/patient_list_ids.h"
+#include "hosts/reception/resource.h"
+#include "tests/child_process.h"
+#include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
 
 namespace {
@@ -278,6 +282,59 @@ TEST_F(ColumnDialogs, TakeAnyNumberOfColumns) {
               1);
   }
   EXPECT_EQ(profile_.GetInt("Reserv", "ListHeaderID199", 7), 199);
+}
+
+// ---- The example host.
+
+TEST(Reception, ListsPatientsInItsColumnsAndTakesADateOfBirth) {
+  WindowPractice practice("reception");
+  CPatientDB table(nullptr, 0);
+  ASSERT_EQ(table.SetAssociatedDB(&practice.Database()), 0);
+  kova::store::PutText(table.record.patientCode, "1");
+  kova::store::PutText(table.record.name, "山田　表太郎");
+  kova::store::PutText(table.record.reading, "ﾔﾏﾀﾞ ﾋｮｳﾀﾛｳ");
+  ASSERT_EQ(table.Insert(), 0);
+  const auto folder = std::filesystem::current_path();
+  std::filesystem::current_path(practice.Native());
+  kova::testing::ChildProcess host(kova::testing::BuiltProgram("reception"), {"--app", "app.ini"});
+  const auto only = [](const char* title) { return Dialogs(title, 1).front(); };
+  Work([] {},
+       [&] {
+         HWND reception = only("受付");
+         const auto command = [&](int id) {
+           PostMessageW(reception, WM_COMMAND, static_cast<WPARAM>(id), 0);
+         };
+         command(IDM_QUERY_KANA);
+         HWND query = only("該当患者リスト");
+         Press(query, IDOK);
+         WaitUntilClosed(query);
+         command(IDM_BIRTH_DATE);
+         HWND popup = only("日付入力");
+         PutIn(popup, Popup::kYear, "S50.1.12");
+         WaitFor("the day", [&] { return Shown(Item(popup, Popup::kDay)) == "12"; });
+         Photograph(reception, "reception_birth_date");
+         PressKey(Item(popup, Popup::kDay), VK_RETURN);
+         WaitUntilClosed(popup);
+         command(IDM_PATIENTS);
+         HWND patients = only("患者一覧");
+         const auto columns = [&] {
+           return Header_GetItemCount(ListView_GetHeader(Item(patients, IDC_PATIENTS)));
+         };
+         EXPECT_EQ(columns(), 5);
+         Photograph(patients, "reception_patients");
+         Press(patients, IDC_COLUMNS);
+         HWND dialog = only("表示項目の設定");
+         Press(dialog, Sorted::kAll);
+         Press(dialog, IDOK);
+         WaitFor("all columns", [&] { return columns() == 7; });
+         PostMessageW(patients, WM_COMMAND, IDCANCEL, 0);
+         WaitUntilClosed(patients);
+         PostMessageW(reception, WM_CLOSE, 0, 0);
+         EXPECT_EQ(host.Wait(), 0);
+       });
+  std::filesystem::current_path(folder);
+  ASSERT_EQ(table.GetPatient1Data("1"), 0);
+  EXPECT_EQ(kova::store::GetText(table.record.birthDate), "19750112");
 }
 
 }  // namespace
