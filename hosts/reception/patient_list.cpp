@@ -7,42 +7,46 @@
 #include <iterator>
 
 #include "entry/kova_com_dlg.h"
-#include "hosts/reception/birth_date.h"
 #include "hosts/reception/patient_list_ids.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::hosts {
 namespace {
 
-using controls::PlacedColumn;
 using store::GetText;
 
 constexpr char kSection[] = "PatientList";
 constexpr int kByReading = 2;
 
-std::string WithGuardian(const tagPATIENTDB& patient, bool isWanted) {
+using Patient = tagPATIENTDB;
+
+std::string WithGuardian(const Patient& patient, bool isWanted) {
   const std::string name(GetText(patient.name));
   const std::string guardian(GetText(patient.guardianName));
   return !isWanted || guardian.empty() ? name : name + "（" + guardian + "）";
 }
 
-/// A column of the list: its numbers in the profile are its place here.
+std::string Dotted(std::string_view date) {
+  if (date.size() != 8) return std::string(date);
+  return std::string(date.substr(0, 4)) + "." + std::string(date.substr(4, 2)) + "." +
+         std::string(date.substr(6));
+}
+
+/// A column of the list: its number in the profile is its place here.
 struct ListedField {
   const char* title;
-  int width;  // on a workstation that has not set up its columns
-  std::string (*text)(const tagPATIENTDB& patient, const controls::PatientListChoices& choices);
+  int width;  // in 96ths of an inch on a workstation that has not set up its columns; negative: hidden
+  std::string (*text)(const Patient& patient, bool withGuardian);
 };
 constexpr std::array<ListedField, 7> kFields = {{
-    {"ＩＤ", 80, [](const auto& patient, const auto&) { return std::string(GetText(patient.patientCode)); }},
-    {"フリガナ", 120, [](const auto& patient, const auto&) { return std::string(GetText(patient.reading)); }},
-    {"氏名", 140,
-     [](const auto& patient, const auto& choices) { return WithGuardian(patient, choices.front()); }},
+    {"ＩＤ", 80, [](const Patient& patient, bool) { return std::string(GetText(patient.patientCode)); }},
+    {"フリガナ", 120, [](const Patient& patient, bool) { return std::string(GetText(patient.reading)); }},
+    {"氏名", 140, &WithGuardian},
     {"性別", 40,
-     [](const auto& patient, const auto&) { return std::string(patient.sexCode == 1 ? "男" : "女"); }},
-    {"生年月日", 120,
-     [](const auto& patient, const auto&) { return StoredDateText(GetText(patient.birthDate)); }},
-    {"電話", -100, [](const auto& patient, const auto&) { return std::string(GetText(patient.phone)); }},
-    {"住所", -200, [](const auto& patient, const auto&) { return std::string(GetText(patient.address)); }},
+     [](const Patient& patient, bool) { return std::string(patient.sexCode == 1 ? "男" : "女"); }},
+    {"生年月日", 100, [](const Patient& patient, bool) { return Dotted(GetText(patient.birthDate)); }},
+    {"電話", -100, [](const Patient& patient, bool) { return std::string(GetText(patient.phone)); }},
+    {"住所", -200, [](const Patient& patient, bool) { return std::string(GetText(patient.address)); }},
 }};
 
 std::wstring Wide(std::string_view text) {
@@ -50,15 +54,14 @@ std::wstring Wide(std::string_view text) {
   return {utf16.begin(), utf16.end()};
 }
 
-os::IniApplicationProfile Profile() { return {os::RealFiles(), AfxGetApp()->m_pszProfileName}; }
+bool IsShown(const ShownColumn& column) { return column.width >= 0; }
 
-std::vector<PlacedColumn> ReadOrDefaultColumns() {
-  const os::IniApplicationProfile profile = Profile();
-  if (controls::StoredPositions(profile, kSection) > 0)
-    return controls::ReadColumns(profile, kSection, static_cast<int>(kFields.size()));
-  std::vector<PlacedColumn> columns;
-  for (const ListedField& field : kFields) columns.push_back({static_cast<int>(columns.size()), field.width});
-  return columns;
+std::vector<ShownColumn> ReadListColumns(HWND window) {
+  std::vector<ShownColumn> normally;
+  for (const ListedField& field : kFields)
+    normally.push_back({static_cast<int>(normally.size()),
+                        MulDiv(field.width, static_cast<int>(GetDpiForWindow(window)), 96)});
+  return ReadColumns(kSection, normally);
 }
 
 }  // namespace
@@ -91,7 +94,7 @@ void PatientList::Start(HWND window) {
   window_.m_hWnd = GetDlgItem(window, IDC_PATIENTS);
   ListView_SetExtendedListViewStyle(window_.m_hWnd, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
   ReadPatients();
-  columns_ = ReadOrDefaultColumns();
+  columns_ = ReadListColumns(window_.m_hWnd);
   ShowColumns();
   SendMessageW(window_.m_hWnd, LVM_SETITEMCOUNT, patients_.size(), 0);
   Stretch();
@@ -107,12 +110,12 @@ void PatientList::ReadPatients() {
 }
 
 void PatientList::ShowColumns() {
-  choices_ = controls::ReadPatientListChoices(Profile());
+  withGuardian_ = IsGuardianShown();
   while (ListView_DeleteColumn(window_.m_hWnd, 0)) {
   }
   int at = 0;
-  for (const PlacedColumn& column : columns_) {
-    if (!column.IsShown()) continue;
+  for (const ShownColumn& column : columns_) {
+    if (!IsShown(column)) continue;
     std::wstring title = Wide(kFields[static_cast<std::size_t>(column.column)].title);
     LVCOLUMNW added{};
     added.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
@@ -128,11 +131,10 @@ void PatientList::ShowColumns() {
 // The widths as the user left them; also what the dialog starts from.
 void PatientList::KeepWidths() {
   int at = 0;
-  for (PlacedColumn& column : columns_) {
-    if (column.IsShown()) column.width = ListView_GetColumnWidth(window_.m_hWnd, at++);
+  for (ShownColumn& column : columns_) {
+    if (IsShown(column)) column.width = ListView_GetColumnWidth(window_.m_hWnd, at++);
   }
-  os::IniApplicationProfile profile = Profile();
-  (void)controls::StoreColumns(profile, kSection, columns_);  // they are kept when they can be
+  WriteColumns(kSection, columns_);
 }
 
 void PatientList::SetUpColumns() {
@@ -142,7 +144,7 @@ void PatientList::SetUpColumns() {
   CStringArray names;
   for (const ListedField& field : kFields) names.Add(field.title);
   if (CKovaComDlg::OpenListItemSettingSort(&list, kSection, &names, 0, &window_, 0) != 1) return;
-  columns_ = ReadOrDefaultColumns();
+  columns_ = ReadListColumns(window_.m_hWnd);
   ShowColumns();
 }
 
@@ -150,12 +152,12 @@ void PatientList::GiveText(NMLVDISPINFOW& asked) const {
   LVITEMW& item = asked.item;
   const bool isThere = item.iItem >= 0 && item.iItem < static_cast<int>(patients_.size());
   if ((item.mask & LVIF_TEXT) == 0 || item.cchTextMax <= 0 || !isThere) return;
-  std::vector<PlacedColumn> shown;
-  std::ranges::copy_if(columns_, std::back_inserter(shown), &PlacedColumn::IsShown);
+  std::vector<ShownColumn> shown;
+  std::ranges::copy_if(columns_, std::back_inserter(shown), &IsShown);
   if (item.iSubItem >= static_cast<int>(shown.size())) return;
   const ListedField& field =
       kFields[static_cast<std::size_t>(shown[static_cast<std::size_t>(item.iSubItem)].column)];
-  const std::wstring text = Wide(field.text(patients_[static_cast<std::size_t>(item.iItem)], choices_));
+  const std::wstring text = Wide(field.text(patients_[static_cast<std::size_t>(item.iItem)], withGuardian_));
   lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "controls/list_columns.h"
+#include "hosts/reception/patient_columns.h"
 #include "platform/recordstore/kovadbcall.h"
 
 namespace kova::hosts {
@@ -35,8 +35,8 @@ class PatientList {
   CKovaDBSys& db_;
   CWnd window_;
   std::vector<tagPATIENTDB> patients_;
-  std::vector<controls::PlacedColumn> columns_;  // of the profile, hidden ones among them
-  controls::PatientListChoices choices_{};
+  std::vector<ShownColumn> columns_;  // of the profile, hidden ones among them
+  bool withGuardian_ = false;
 };
 
 }  // namespace kova::hosts
