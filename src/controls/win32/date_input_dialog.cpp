@@ -15,7 +15,7 @@ using window::Space;
 
 namespace {
 
-constexpr UINT kSettle = WM_APP + 1;  // the focus has arrived, or a list has closed
+constexpr UINT kSettle = WM_APP + 1;  // who has focus and mouse has changed
 constexpr int kLongestText = 40;      // a whole date, with room for blanks
 
 std::optional<DateField> FieldOf(int control) {
@@ -118,9 +118,15 @@ int DateInputDialog::SelectedEra() const {
   return static_cast<int>(SendMessageW(Item(kEra), CB_GETCURSEL, 0, 0));  // CB_ERR is kNoEra
 }
 
+// A date that was typed as a whole counts from the moment that it can be read.
 EraDate DateInputDialog::Shown() const {
-  return {SelectedEra(), NumberInField(TextOf(kYear)), NumberInField(TextOf(kMonth)),
-          NumberInField(TextOf(kDay))};
+  const std::string year = TextOf(kYear);
+  const EraDate fields{SelectedEra(), NumberInField(year), NumberInField(TextOf(kMonth)),
+                       NumberInField(TextOf(kDay))};
+  EraDate typed = ReadDate(year).value_or(fields);
+  if (typed.month == 0) typed.month = fields.month;  // an era and its year alone
+  if (typed.day == 0) typed.day = fields.day;
+  return typed;
 }
 
 void DateInputDialog::ShowNote() { ShowIfChanged(kNote, NoteOf(Shown(), today_)); }
@@ -136,17 +142,12 @@ void DateInputDialog::OnYearChange() {
 }
 
 void DateInputDialog::SpreadTypedDate() {
-  auto date = ReadDate(TextOf(kYear));
-  if (!date) return;
-  const EraDate before = Shown();
-  if (date->month == 0) date->month = before.month;  // an era and its year alone
-  if (date->day == 0) date->day = before.day;
-  Show(*date);
+  if (!ReadDate(TextOf(kYear))) return;
+  Show(Shown());
   if (GetFocus() == Item(kYear)) SendMessageW(Item(kYear), EM_SETSEL, 0, -1);
 }
 
 void DateInputDialog::OnOk() {
-  SpreadTypedDate();
   date_ = ToWestern(Shown());
   Close(IDOK);
 }
@@ -193,6 +194,7 @@ bool DateInputDialog::CountOn(HWND focus, int step) {
   const int control = GetDlgCtrlID(focus);
   const auto field = FieldOf(control);
   if (!field) return false;
+  SpreadTypedDate();
   ShowPart(control, CountedOn(*field, NumberInField(TextOf(control)), step));
   SendMessageW(focus, EM_SETSEL, 0, -1);
   return true;
@@ -200,13 +202,14 @@ bool DateInputDialog::CountOn(HWND focus, int step) {
 
 // ---- The mouse and the focus.
 
-bool DateInputDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
+bool DateInputDialog::OnMessage(UINT message, WPARAM, LPARAM lParam, LRESULT&) {
   switch (message) {
     case WM_SETFOCUS:
       Focus(kYear);
       return true;
     case WM_ACTIVATE:
-      if (LOWORD(wParam) != WA_INACTIVE) PostMessageW(Handle(), kSettle, 0, 0);
+    case WM_CAPTURECHANGED:
+      PostMessageW(Handle(), kSettle, 0, 0);
       return false;
     case kSettle:
       if (FieldOf(GetDlgCtrlID(GetFocus()))) window::UseInputMode(GetFocus(), window::InputMode::kOff);
