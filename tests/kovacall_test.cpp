@@ -400,4 +400,21 @@ TEST_F(Kovacall, MakesAnAddressList) {
   EXPECT_EQ(kova::testing::FileContent(folder_.Native() / "Address.csv"), before);
 }
 
+TEST_F(Kovacall, ShowsErasAndColumns) {
+  ExpectOut({"era", "20190501"}, U(u8"era=令和\nyear=1\nmonth=5\nday=1\ntext=令和元年5月1日\nnote=(水)\n"));
+  ExpectOut({"era", U(u8"平成"), "40", "13", "32"}, U(u8"year=2028\nmonth=13\nday=32\nnote=暦にない日付\n"));
+  std::ofstream(folder_.Native() / "app.ini", std::ios::app | std::ios::binary)
+      << "[Reserv]\r\nListHeaderID00=1\r\nListHeaderID01=0\r\nListWidth00=-80\r\nItem3=0\r\n";
+  const std::string head = "position\tcolumn\twidth\tshown\n";
+  ExpectOut({"columns", "Reserv"}, head + "0\t1\t80\t0\n1\t0\t100\t0\nItem3=0\n");
+  ExpectOut({"columns", "Other", "1"}, head + "0\t0\t100\t0\n");
+  for (const Arguments& refused : {Arguments{"era"},
+                                   {"era", "2019-5-1"},
+                                   {"era", "X", "1", "1", "1"},
+                                   {"era", "S", "1", "1"},
+                                   {"columns"},
+                                   {"columns", "Reserv", "-1"}})
+    EXPECT_EQ(Call(refused).code, 2) << testing::PrintToString(refused);
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "hosts/console/console.h"
 #include "hosts/kovacall/board_commands.h"
+#include "hosts/kovacall/controls_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/filler_commands.h"
 #include "hosts/kovacall/operation.h"
@@ -29,6 +30,7 @@ std::vector<TableCommand> Commands() {
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
   all.insert(all.end(), PrintCommands().begin(), PrintCommands().end());
   all.insert(all.end(), PostalCommands().begin(), PostalCommands().end());
+  all.insert(all.end(), ControlsCommands().begin(), ControlsCommands().end());
   return all;
 }
 

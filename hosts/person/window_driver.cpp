@@ -224,6 +224,18 @@ void DragAndDrop(HWND dialog, POINT from, POINT to) {
   WaitFor("a drag to end", [&] { return ThreadOf(dialog).hwndCapture == nullptr; });
 }
 
+void Click(POINT at) {
+  Mouse(at, 0);
+  Mouse(at, MOUSEEVENTF_LEFTDOWN);
+  Mouse(at, MOUSEEVENTF_LEFTUP);
+}
+
+POINT MiddleOf(HWND control) {
+  RECT place{};
+  GetWindowRect(control, &place);
+  return {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+}
+
 POINT CellOnScreen(HWND list, int row, int column) {
   RECT cell{};
   cell.left = LVIR_BOUNDS;

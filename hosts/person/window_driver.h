@@ -42,6 +42,10 @@ void PressKey(HWND focus, WPARAM key, bool alt = false);
 /// Takes what lies under the mouse at one place of a dialog's list and drops it at another; the dialog is one
 /// that captures the mouse while something is dragged. Places are of the screen.
 void DragAndDrop(HWND dialog, POINT from, POINT to);
+/// Presses and lets go of the left button at a place of the screen.
+void Click(POINT at);
+/// The middle of a control, on the screen.
+POINT MiddleOf(HWND control);
 /// The middle of a list's cell, on the screen.
 POINT CellOnScreen(HWND list, int row, int column);
 /// Replaces a control's text as pasting would.

@@ -79,6 +79,8 @@ std::string FaultsOf(const Seen& control, const RECT& inside, const Seen* before
   if (place.left < inside.left || place.top < inside.top || place.right > inside.right ||
       place.bottom > inside.bottom)
     faults += Name(control) + " sticks out of the window\n";
+  // A label without any room names the control behind it for screen readers.
+  if (control.windowClass == L"static" && IsRectEmpty(&place)) return faults;
   if (IsLabelOrButton(control)) {
     const SIZE needed = NeededFor(control);
     if (needed.cx > place.right - place.left || needed.cy > place.bottom - place.top)

@@ -8,6 +8,8 @@
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
 #include "hosts/reception/addresses.h"
+#include "hosts/reception/birth_date.h"
+#include "hosts/reception/patient_list.h"
 #include "hosts/reception/patient_map.h"
 #include "hosts/reception/payment.h"
 #include "hosts/reception/print_receipt.h"
@@ -117,6 +119,12 @@ void Reception::Command(int command) {
     CKovaComDlg::MailTemplateTree(&window_, &number);
   } else if (command == IDM_RECEIPT) {
     Say(PrintLastReceipt(practice_.Database(), patient_));
+  } else if (command == IDM_PATIENTS) {
+    PatientList(practice_.Database()).Run(window_.m_hWnd);
+  } else if (command == IDM_BIRTH_DATE) {
+    CWnd field;
+    field.m_hWnd = GetDlgItem(window_.m_hWnd, IDC_PATIENT);
+    Say(EnterBirthDate(field, practice_.Database(), patient_));
   }
 }
 

@@ -34,3 +34,5 @@
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
 #define IDM_RECEIPT 2030
+#define IDM_PATIENTS 2040
+#define IDM_BIRTH_DATE 2041

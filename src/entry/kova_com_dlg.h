@@ -6,6 +6,7 @@
 
 class CCustomTblDB;
 class CKovaDBSys;
+class CListCtrl;
 
 /// The dialogs that the suite's applications share, and the fillers of their lists: static operations on the
 /// caller's user-interface thread. Every dialog is modal over the top-level window of `parent` (null: over
@@ -60,6 +61,20 @@ class KOVACOMDLG_API CKovaComDlg {
   /// @param options      none exist: 0
   static CString SearchPostFromAddress(CWnd* parent, CString address, CString furtherText = CString(),
                                        int options = 0);
+
+  // The column dialogs store their values as numbers in `section` of the host's profile, from which the host
+  // builds its list; docs/controls.md lists keys and defaults. Both give the dialog's result, 1 for OK and 2
+  // otherwise; 2 at once when there is no list. Where the profile cannot be written the dialog says so and
+  // stays open.
+
+  /// Which columns of `list` are shown.
+  static int OpenListItemSetting(CListCtrl* list, const char* section, CWnd* parent);
+  /// Which columns are shown and in which order, with the options of the patient list.
+  ///
+  /// @param names  the names of the columns 0, 1, ...; null for none
+  /// Both numbers are taken for the callers' sake and mean nothing.
+  static int OpenListItemSettingSort(CListCtrl* list, const char* section, CStringArray* names, int,
+                                     CWnd* parent, int);
 
   // The fillers: each fills a drop-down list from one table of the practice and selects the entry whose code
   // is `current` (none when there is no such entry). With a non-zero `addBlank` an entry without text comes

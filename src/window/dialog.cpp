@@ -81,8 +81,9 @@ INT_PTR Dialog::RunModal(HWND parent) {
   const MessageHook keys(&Dialog::KeyHook);
   owner_ = parent == nullptr ? GetActiveWindow() : GetAncestor(parent, GA_ROOT);
   EmptyTemplate empty;
-  empty.head.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN | DS_3DLOOK;
-  empty.head.dwExtendedStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
+  const DWORD frame = HasFrame() ? WS_CAPTION | WS_SYSMENU | WS_THICKFRAME : WS_BORDER;
+  empty.head.style = WS_POPUP | WS_CLIPCHILDREN | DS_3DLOOK | frame;
+  empty.head.dwExtendedStyle = WS_EX_CONTROLPARENT | (HasFrame() ? WS_EX_DLGMODALFRAME : 0);
   const INT_PTR result = DialogBoxIndirectParamW(GetModuleHandleW(nullptr), &empty.head, owner_,
                                                  &Dialog::Procedure, reinterpret_cast<LPARAM>(this));
   window_ = nullptr;
@@ -185,20 +186,27 @@ void Dialog::Start() {
   SetWindowTextW(window_, title_.c_str());
   AddControls();
   UseScale(GetDpiForWindow(window_));
-  const Size least = LeastSize(Arrange());
-  const Size inside{std::max(least.width, Dip(preferred_.width)),
-                    std::max(least.height, Dip(preferred_.height))};
+  const Rect at = FirstPlace();
+  // Its new size places the controls.
+  SetWindowPos(window_, nullptr, at.x, at.y, at.width, at.height, SWP_NOZORDER | SWP_NOACTIVATE);
+  if (HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
+  OnStart();
+}
+
+Rect Dialog::FirstPlace() const {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;
   GetMonitorInfoW(MonitorFromWindow(owner_ == nullptr ? window_ : owner_, MONITOR_DEFAULTTONEAREST),
                   &monitor);
   RECT over = monitor.rcWork;
   if (owner_ != nullptr && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &over);
-  const Rect at = CenteredOver(RectOf(over), FrameOf(inside), RectOf(monitor.rcWork));
-  // Its new size places the controls.
-  SetWindowPos(window_, nullptr, at.x, at.y, at.width, at.height, SWP_NOZORDER | SWP_NOACTIVATE);
-  if (HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
-  OnStart();
+  return CenteredOver(RectOf(over), PreferredFrame(), RectOf(monitor.rcWork));
+}
+
+Size Dialog::PreferredFrame() const {
+  const Size least = LeastSize(Arrange());
+  return FrameOf(
+      {std::max(least.width, Dip(preferred_.width)), std::max(least.height, Dip(preferred_.height))});
 }
 
 void Dialog::Command(int control, int notification) {

@@ -53,6 +53,10 @@ class Dialog {
   virtual bool OnKey(HWND /*focus*/, WPARAM /*key*/, bool /*alt*/) { return false; }
   /// The smallest outer size that the user can make; by itself what the controls need.
   virtual Size SmallestFrame() const { return FrameOf(LeastSize(Arrange())); }
+  /// False: a popup without title that cannot be moved or resized.
+  virtual bool HasFrame() const { return true; }
+  /// Where it opens, asked when the controls are there; by itself over the middle of the owner.
+  virtual Rect FirstPlace() const;
   /// Any other message; true when it was dealt with, with the answer in `result`.
   virtual bool OnMessage(UINT /*message*/, WPARAM, LPARAM, LRESULT& /*result*/) { return false; }
 
@@ -91,6 +95,8 @@ class Dialog {
   Box AtLeast(int control, Size dips) const;
   /// OK and cancel at the right end of a row.
   Box OkAndCancel() const;
+  /// The outer size of the window for what the controls need and, at least, the preferred inside.
+  Size PreferredFrame() const;
   /// The outer size of a window of that inside.
   Size FrameOf(Size inside) const;
   /// Computes the places anew after something that they depend on has changed.

@@ -37,12 +37,18 @@ void Dialog::Add(int control, const wchar_t* windowClass, const std::wstring& te
                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(control)), GetModuleHandleW(nullptr), nullptr);
 }
 
+// Buttons break their texts only when told to.
+static DWORD LinesOf(std::string_view text) {
+  return text.find('\n') == std::string_view::npos ? 0 : BS_MULTILINE;
+}
+
 void Dialog::AddLabel(int control, std::string_view text, DWORD style) {
   Add(control, WC_STATICW, Wide(text), style, 0);
 }
 
 void Dialog::AddButton(int control, std::string_view text) {
-  Add(control, WC_BUTTONW, Wide(text), WS_TABSTOP | (control == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON), 0);
+  const DWORD kind = control == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+  Add(control, WC_BUTTONW, Wide(text), WS_TABSTOP | kind | LinesOf(text), 0);
 }
 
 void Dialog::AddOkAndCancel() {
@@ -51,7 +57,7 @@ void Dialog::AddOkAndCancel() {
 }
 
 void Dialog::AddCheckBox(int control, std::string_view text) {
-  Add(control, WC_BUTTONW, Wide(text), WS_TABSTOP | BS_AUTOCHECKBOX, 0);
+  Add(control, WC_BUTTONW, Wide(text), WS_TABSTOP | BS_AUTOCHECKBOX | LinesOf(text), 0);
 }
 
 void Dialog::AddChoiceButton(int control, std::string_view text, bool first) {

@@ -133,4 +133,15 @@ Rect CenteredOver(const Rect& over, Size size, const Rect& screen) {
           size.width, size.height};
 }
 
+Rect Covering(const Rect& over, Size least, const Rect& screen) {
+  const auto back = [](int end, int grown, int screenEnd) {
+    return std::clamp(end + grown - screenEnd, 0, grown);
+  };
+  const int wider = std::max(least.width - over.width, 0);
+  const int higher = std::max(least.height - over.height, 0);
+  return {over.x - back(over.x + over.width, wider, screen.x + screen.width),
+          over.y - back(over.y + over.height, higher, screen.y + screen.height), over.width + wider,
+          over.height + higher};
+}
+
 }  // namespace kova::window

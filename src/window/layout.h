@@ -84,4 +84,8 @@ std::vector<Placement> Place(const Box& box, const Rect& room);
 /// inside `screen`.
 Rect CenteredOver(const Rect& over, Size size, const Rect& screen);
 
+/// `over` itself, grown to the right and downwards where it is smaller than `least`; by as much as it grew it
+/// moves back to stay inside `screen`.
+Rect Covering(const Rect& over, Size least, const Rect& screen);
+
 }  // namespace kova::window

@@ -47,6 +47,12 @@ TEST(Layout, WindowsStayOnTheScreen) {
   EXPECT_EQ(CenteredOver({900, 650, 100, 50}, {300, 200}, screen), (Rect{700, 500, 300, 200}));
   EXPECT_EQ(CenteredOver({0, 0, 100, 50}, {1200, 900}, screen),
             (Rect{0, 0, 1200, 900}));  // its title bar shows
+  // A popup over a field: as it is, grown to the right, grown at the right and lower edges, beside the
+  // screen.
+  EXPECT_EQ(Covering({100, 50, 300, 24}, {200, 20}, screen), (Rect{100, 50, 300, 24}));
+  EXPECT_EQ(Covering({100, 50, 100, 24}, {250, 20}, screen), (Rect{100, 50, 250, 24}));
+  EXPECT_EQ(Covering({880, 690, 100, 10}, {250, 30}, screen), (Rect{750, 670, 250, 30}));
+  EXPECT_EQ(Covering({1900, 50, 100, 24}, {250, 20}, screen), (Rect{1750, 50, 250, 24}));
 }
 
 }  // namespace
