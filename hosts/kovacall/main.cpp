@@ -4,6 +4,7 @@
 #include "hosts/kovacall/board_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/filler_commands.h"
+#include "hosts/kovacall/notice_commands.h"
 #include "hosts/kovacall/operation.h"
 #include "hosts/kovacall/print_commands.h"
 #include "hosts/kovacall/table_commands.h"
@@ -26,6 +27,7 @@ std::vector<TableCommand> Commands() {
   std::vector<TableCommand> all = TableCommands();
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
+  all.insert(all.end(), NoticeCommands().begin(), NoticeCommands().end());
   all.insert(all.end(), PrintCommands().begin(), PrintCommands().end());
   return all;
 }

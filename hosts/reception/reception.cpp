@@ -7,6 +7,7 @@
 
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
+#include "hosts/console/console.h"
 #include "hosts/reception/payment.h"
 #include "hosts/reception/print_receipt.h"
 #include "hosts/reception/resource.h"
@@ -55,7 +56,7 @@ INT_PTR CALLBACK Reception::Procedure(HWND window, UINT message, WPARAM wParam, 
   }
   auto* self = reinterpret_cast<Reception*>(GetWindowLongPtrW(window, DWLP_USER));
   if (self == nullptr) return FALSE;
-  if (message == WM_COMMAND && HIWORD(wParam) <= 1) self->Command(LOWORD(wParam));
+  if (message == WM_COMMAND && HIWORD(wParam) <= 1) self->CommandOrSay(LOWORD(wParam));
   if (message == WM_CLOSE) DestroyWindow(window);
   if (message == WM_DESTROY) {
     self->FreeLists();
@@ -88,6 +89,11 @@ void Reception::FreeLists() {
   }
 }
 
+// The database may have gone since the last command.
+void Reception::CommandOrSay(int command) try { Command(command); } catch (const UsageError&) {
+  Say("データベースが使えません。");
+}
+
 void Reception::Command(int command) {
   if (command == IDCANCEL) {
     DestroyWindow(window_.m_hWnd);
@@ -109,9 +115,22 @@ void Reception::Command(int command) {
   } else if (command == IDM_TEMPLATE_TREE) {
     int number = 0;
     CKovaComDlg::MailTemplateTree(&window_, &number);
+  } else if (command == IDM_DATABASE_FOLDER) {
+    ChooseDatabase();
+  } else if (command == IDM_MAIL_SETTINGS) {
+    CKovaComDlg::OpenMailSetting(&window_);
   } else if (command == IDM_RECEIPT) {
     Say(PrintLastReceipt(practice_.Database(), patient_));
   }
+}
+
+// The lists are the practice's: another one has others.
+void Reception::ChooseDatabase() {
+  CKovaComDlg::OpenSettingDBPath(&practice_.Connection(), &window_);
+  patient_.clear();
+  SetDlgItemTextW(window_.m_hWnd, IDC_PATIENT, L"");
+  FreeLists();
+  FillLists();
 }
 
 void Reception::OpenBoard() { CKovaComDlg::OpenVisitFlowDialog(Date().c_str()); }

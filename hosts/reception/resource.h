@@ -25,3 +25,5 @@
 #define IDM_TEMPLATE_TREE 2010
 #define IDM_TEMPLATE 2020  // and the next five: one for each use of a template
 #define IDM_RECEIPT 2030
+#define IDM_DATABASE_FOLDER 2040
+#define IDM_MAIL_SETTINGS 2041

@@ -14,6 +14,11 @@ constexpr Entry kEntries[] = {
     {kTextAdministrator, "管理者"},
     {kTextUser, "ユーザー"},
     {kTextUnknownPrivilege, "不明"},
+    {kTextCannotConnect,
+     "指定されたデータベースフォルダに接続できませんでした。\n"
+     "正しいデータベースフォルダを指定して、または指定したフォルダに空のデータベースを作成してください。"},
+    {kTextChooseDatabaseFolder, "データベースフォルダを選択して下さい"},
+    {kTextConnected, "データベースへの接続が成功しました。"},
 };
 static_assert(std::ranges::adjacent_find(kEntries, std::ranges::greater_equal(), &Entry::id) ==
                   std::end(kEntries),

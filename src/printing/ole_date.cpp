@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "foundation/civil_date.h"
 #include "foundation/number_text.h"
 #include "foundation/text_tools.h"
 
@@ -15,25 +16,11 @@ constexpr std::int32_t kInvalid = 1;
 constexpr int kFirstDay = -657434;  // 0100-01-01
 constexpr int kLastDay = 2958465;   // 9999-12-31
 constexpr double kSecondsOfDay = 86400.0;
-// Days of a civil date are counted from 0000-03-01, so that leap days come last in their year.
-constexpr int kDayZero = 693899;  // of 1899-12-30
-constexpr int kDaysOf400Years = 146097;
+constexpr int k1970 = 25569;  // 1970-01-01
 
-int DayNumber(int year, int month, int day) {
-  const int y = month <= 2 ? year - 1 : year;
-  const int ofYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-  return y * 365 + y / 4 - y / 100 + y / 400 + ofYear - kDayZero;
-}
-
-DateParts CivilDate(int dayNumber) {
-  const int days = dayNumber + kDayZero;
-  const int era = days / kDaysOf400Years;
-  const int ofEra = days % kDaysOf400Years;
-  const int yearOfEra = (ofEra - ofEra / 1460 + ofEra / 36524 - ofEra / 146096) / 365;
-  const int ofYear = ofEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  const int shifted = (5 * ofYear + 2) / 153;  // months from March
-  const int month = shifted < 10 ? shifted + 3 : shifted - 9;
-  return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month, ofYear - (153 * shifted + 2) / 5 + 1};
+DateParts PartsOfDay(int number) {
+  const foundation::CivilDate date = foundation::DateOfDay(number - k1970);
+  return {date.year, date.month, date.day};
 }
 
 }  // namespace
@@ -45,7 +32,7 @@ DateParts PartsOf(const _TMPRECEIPTDATE& date) {
   const double day = std::trunc(date.days);
   const bool nextDay = std::round(std::abs(date.days - day) * kSecondsOfDay) >= kSecondsOfDay;
   const int number = static_cast<int>(day) + (nextDay ? 1 : 0);
-  return number > kLastDay ? DateParts{} : CivilDate(number);
+  return number > kLastDay ? DateParts{} : PartsOfDay(number);
 }
 
 std::string DottedDate(const _TMPRECEIPTDATE& date) {
@@ -59,8 +46,8 @@ std::string DottedDate(const _TMPRECEIPTDATE& date) {
 _TMPRECEIPTDATE DateOf(int year, int month, int day) {
   const bool inRange = year >= 100 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
   if (!inRange) return {0, kInvalid};
-  const int number = DayNumber(year, month, day);
-  const DateParts parts = CivilDate(number);
+  const int number = foundation::DayNumber(year, month, day) + k1970;
+  const DateParts parts = PartsOfDay(number);
   if (parts.month != month || parts.day != day) return {0, kInvalid};
   return {static_cast<double>(number), kValid};
 }
