@@ -11,6 +11,7 @@
 #include "hosts/person/window_driver.h"
 #include "mail/win32/mail_settings_dialog.h"
 #include "platform/os/application_profile.h"
+#include "platform/os/error_text.h"
 #include "practice/win32/setting_dlg.h"
 #include "tests/windows/window_practice.h"
 
@@ -123,7 +124,7 @@ TEST_F(SettingsWindows, FolderIsTestedStoredAndOpened) {
          EXPECT_EQ(Faults(dialog), "");
          Photograph(dialog, "database_folder_network");
          PutIn(dialog, Folder::kFolder, second);
-         PressKey(Item(dialog, Folder::kFolder), VK_RETURN);
+         Press(dialog, IDOK);
          WaitUntilClosed(dialog);
        });
   EXPECT_EQ(result, IDOK);
@@ -141,7 +142,7 @@ TEST_F(SettingsWindows, EmptyDatabaseIsMadeOnceAndOnlyWhenSaidYes) {
          Dismiss(dialog, MessageBoxWindow("指定されたフォルダには既にデータベースが存在します。"));
          PutIn(dialog, Folder::kFolder, practice_.Folder() + "app.ini");
          Press(dialog, IDOK);  // a file: the system's own words
-         Dismiss(dialog, MessageBoxWindow(""));
+         Dismiss(dialog, MessageBoxWindow(kova::os::SystemErrorText(kova::os::FileOutcome::kNotThere)));
          PutIn(dialog, Folder::kFolder, made);
          Press(dialog, Folder::kMakeEmpty);
          // Enter means No.

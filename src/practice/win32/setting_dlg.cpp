@@ -28,8 +28,10 @@ constexpr unsigned kBrowserFlags = BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT;
 
 // docs/database.md says the same at length.
 constexpr std::string_view kOnNetwork =
-    "ネットワーク上のフォルダです。データベースは、最初の接続で共有用の方式に切り替わり、元に戻りません。\n"
-    "そのとき、フォルダのあるパソコンでは、データベースを使うプログラムを終了しておいてください。";
+    "ネットワーク上のフォルダです。\n"
+    "最初の接続で、データベースは共有用の方式に切り替わり、元に戻りません。\n"
+    "そのときは、フォルダのあるパソコンで、データベースを使うプログラムを\n"
+    "すべて終了しておいてください。";
 constexpr std::string_view kOnMachine = "このパソコンのフォルダです。";
 
 FileOutcome ErrorOf(FolderUse use) {
@@ -54,7 +56,7 @@ Box CSettingDlg::Arrange() const {
   const int gap = Dip(8);
   return Column(Dip(10),
                 {Natural(kFolderLabel), Row(gap, {AtLeast(kFolder, {420, 0}).Stretch(), Natural(kBrowse)}),
-                 AtLeast(kNote, {520, 64}), Space(0, 0).Stretch(),
+                 AtLeast(kNote, {520, 80}), Space(0, 0).Stretch(),
                  Row(gap, {Natural(kTest), Natural(kMakeEmpty), OkAndCancel().Stretch()})})
       .Margin(Dip(12));
 }
