@@ -21,6 +21,7 @@ trap 'rm -rf "$work"' EXIT
 "$bin/cashless_bench" "$work"
 "$bin/map_bench" "$work" ${KOVA_COORDINATES:+"$KOVA_COORDINATES"}
 "$bin/pickers_bench" "$work"
+"$bin/practice_bench" "$work"
 "$bin/printing_bench" "$work"
 "$bin/visitflow_bench" build/bench/practice "$work"
 "$bin/recordstore_bench" build/bench/practice

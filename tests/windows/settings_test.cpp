@@ -193,6 +193,8 @@ TEST_F(SettingsWindows, MailSettingsAreShownAndStored) {
          WaitFor("the account", [&] { return IsWindowEnabled(Item(dialog, Mail::kSmtpUserId)); });
          PutIn(dialog, Mail::kSmtpUserId, "表歯科");
          PutIn(dialog, Mail::kSmtpPassword, " 空白 ");
+         WaitFor("the last control",
+                 [&] { return GetUpdateRect(Item(dialog, IDCANCEL), nullptr, FALSE) == FALSE; });
          Photograph(dialog, "mail_settings_shown");
          Press(dialog, IDOK);
          WaitUntilClosed(dialog);
