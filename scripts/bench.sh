@@ -22,6 +22,7 @@ trap 'rm -rf "$work"' EXIT
 "$bin/cashless_bench" "$work"
 "$bin/map_bench" "$work" ${KOVA_COORDINATES:+"$KOVA_COORDINATES"}
 "$bin/pickers_bench" "$work"
+"$bin/practice_bench" "$work"
 "$bin/printing_bench" "$work"
 "$bin/postal_bench" "$work" ${KOVA_ADDRESS_LIST:+"$KOVA_ADDRESS_LIST"}
 "$bin/visitflow_bench" build/bench/practice "$work"

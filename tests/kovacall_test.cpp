@@ -101,6 +101,26 @@ TEST_F(Kovacall, PrintsResultsAndOutParameters) {
   for (const auto& each : cases) ExpectOut(each.arguments, each.out);
 }
 
+TEST_F(Kovacall, SendsNoticesAndMakesAnEmptyDatabase) {
+  const std::string out = Folder() + "out/";
+  std::filesystem::create_directory(folder_.Native() / "out");
+  ExpectOut({"SendNotice", out, U(u8"..\\表"), U(u8"題"), U(u8"本文␊$_NOAPPLI ␊")}, "1\n");
+  ExpectOut({"SendNotice", out, "++++++++++", "t", "b"}, "0\n");
+  ExpectOut({"SendNotice", Folder() + "none/", "A", "t", "b"}, "1\n");
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_.Native() / "out"))
+    names.push_back(U(entry.path().filename().u8string().c_str()));
+  ASSERT_EQ(names.size(), 1u);
+  EXPECT_EQ(names[0].find(U(u8".._表_")), 0u) << names[0];
+  EXPECT_TRUE(names[0].ends_with(".notice")) << names[0];
+  ExpectOut({"AppliLastLoginStr", "20240101", "--now", "20240109"},
+            U(u8"2024-1-1 00:00:00  (1週間以上前)\n"));
+  ExpectOut({"AppliLastLoginStr", "202"}, "\n");
+  ExpectOut({"DoCopyEmptyDB", Folder() + "new"}, "0\n");
+  EXPECT_TRUE(std::filesystem::exists(folder_.Native() / "new" / "INDEXCONTROL.BTR"));
+  ExpectOut({"DoCopyEmptyDB", Folder() + "new"}, "4\n");
+}
+
 TEST_F(Kovacall, EndsWithCodeTwoAndOneClearLine) {
   const struct {
     Arguments arguments;
@@ -123,6 +143,7 @@ TEST_F(Kovacall, EndsWithCodeTwoAndOneClearLine) {
       {{"put", "sale", "saleNumber=1234567890123"}, "longer than 12"},
       {{"put", "sale", U(u8"saleNumber=1"), U(u8"memo=𠮷")}, "932"},
       {{"delete", "saleitem", "1"}, "lineNumber"},
+      {{"AppliLastLoginStr", "20240101", "--now", "2024"}, "TIME"},
   };
   for (const auto& each : cases) {
     const ProgramRun run = Call(each.arguments);

@@ -27,6 +27,9 @@ class Practice {
   /// The connection, opened at its first use. Throws UsageError when the database cannot be opened.
   CKovaDBSys& Database();
 
+  /// The connection as it is, open or not.
+  CKovaDBSys& Connection() { return database_; }
+
  private:
   std::string profile_;
   CWinApp app_;

@@ -5,6 +5,7 @@
 #include "hosts/kovacall/controls_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
 #include "hosts/kovacall/filler_commands.h"
+#include "hosts/kovacall/notice_commands.h"
 #include "hosts/kovacall/operation.h"
 #include "hosts/kovacall/postal_commands.h"
 #include "hosts/kovacall/print_commands.h"
@@ -28,6 +29,7 @@ std::vector<TableCommand> Commands() {
   std::vector<TableCommand> all = TableCommands();
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
+  all.insert(all.end(), NoticeCommands().begin(), NoticeCommands().end());
   all.insert(all.end(), PrintCommands().begin(), PrintCommands().end());
   all.insert(all.end(), PostalCommands().begin(), PostalCommands().end());
   all.insert(all.end(), ControlsCommands().begin(), ControlsCommands().end());

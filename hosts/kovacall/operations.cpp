@@ -152,6 +152,10 @@ int FillTemplate(CKovaDBSys* db, int number, const char* reservation, Reply* rep
   return result;
 }
 
+int DoCopyEmptyDB(const char* folder) {
+  return T::DoCopyEmptyDB(TextArgument(AbsoluteName(text932::ToUtf8(folder)), "folder").c_str());
+}
+
 int GetCashlessType() { return static_cast<int>(T::GetCashlessType()); }
 
 int UseCashChanger(CKovaDBSys* db, const char* number) {
@@ -184,6 +188,7 @@ const std::vector<Operation>& Operations() {
       Declare("GetGoogleConnectPath", {}, &T::GetGoogleConnectPath),
       Declare("GetWebConnectPath", {}, &T::GetWebConnectPath),
       Declare("GetCheckInPath", {}, &T::GetCheckInPath),
+      Declare("DoCopyEmptyDB", {"folder"}, &DoCopyEmptyDB),
       Declare("IsGoogleConnect", {}, &T::IsGoogleConnect),
       Declare("IsWebConnect", {}, &T::IsWebConnect),
       Declare("IsCheckIn", {}, &T::IsCheckIn),
@@ -214,6 +219,8 @@ const std::vector<Operation>& Operations() {
       Declare("SendFinishedMail", {"reservation"}, &SendAbout<&T::SendFinishedMail>),
       Declare("SendChangeConfirmMail", {"reservation"}, &SendAbout<&T::SendChangeConfirmMail>),
       Declare("FillTemplate", {"number", "reservation"}, &FillTemplate),
+      Declare("SendNotice", {"folder", "applicationId", "title", "body"}, &T::SendNotice),
+      Declare("GetMacAddressTest", {}, &T::GetMacAddressTest),
       Declare("GetCashlessType", {}, &GetCashlessType),
       Declare("UseCashChanger", {"sale"}, &UseCashChanger),
       Declare("CallPostToMap", {"codes"}, &CallPostToMap),

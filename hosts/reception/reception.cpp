@@ -7,6 +7,7 @@
 
 #include "entry/kova_com_dlg.h"
 #include "entry/kova_sub_tools.h"
+#include "hosts/console/console.h"
 #include "hosts/reception/addresses.h"
 #include "hosts/reception/birth_date.h"
 #include "hosts/reception/patient_list.h"
@@ -59,7 +60,7 @@ INT_PTR CALLBACK Reception::Procedure(HWND window, UINT message, WPARAM wParam, 
   }
   auto* self = reinterpret_cast<Reception*>(GetWindowLongPtrW(window, DWLP_USER));
   if (self == nullptr) return FALSE;
-  if (message == WM_COMMAND && HIWORD(wParam) <= 1) self->Command(LOWORD(wParam));
+  if (message == WM_COMMAND && HIWORD(wParam) <= 1) self->CommandOrSay(LOWORD(wParam));
   if (message == WM_CLOSE) DestroyWindow(window);
   if (message == WM_DESTROY) {
     self->FreeLists();
@@ -92,6 +93,11 @@ void Reception::FreeLists() {
   }
 }
 
+// The database may have gone since the last command.
+void Reception::CommandOrSay(int command) try { Command(command); } catch (const UsageError&) {
+  Say("データベースが使えません。");
+}
+
 void Reception::Command(int command) {
   if (command == IDCANCEL) {
     DestroyWindow(window_.m_hWnd);
@@ -117,6 +123,10 @@ void Reception::Command(int command) {
   } else if (command == IDM_TEMPLATE_TREE) {
     int number = 0;
     CKovaComDlg::MailTemplateTree(&window_, &number);
+  } else if (command == IDM_DATABASE_FOLDER) {
+    ChooseDatabase();
+  } else if (command == IDM_MAIL_SETTINGS) {
+    CKovaComDlg::OpenMailSetting(&window_);
   } else if (command == IDM_RECEIPT) {
     Say(PrintLastReceipt(practice_.Database(), patient_));
   } else if (command == IDM_PATIENTS) {
@@ -126,6 +136,15 @@ void Reception::Command(int command) {
     field.m_hWnd = GetDlgItem(window_.m_hWnd, IDC_PATIENT);
     Say(EnterBirthDate(field, practice_.Database(), patient_));
   }
+}
+
+// The lists are the practice's: another one has others.
+void Reception::ChooseDatabase() {
+  CKovaComDlg::OpenSettingDBPath(&practice_.Connection(), &window_);
+  patient_.clear();
+  SetDlgItemTextW(window_.m_hWnd, IDC_PATIENT, L"");
+  FreeLists();
+  FillLists();
 }
 
 void Reception::OpenBoard() { CKovaComDlg::OpenVisitFlowDialog(Date().c_str()); }

@@ -22,10 +22,12 @@ class Reception {
  private:
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void Start(HWND window);
+  void CommandOrSay(int command);
   void Command(int command);
   void FillLists();
   void FreeLists();
   void OpenBoard();
+  void ChooseDatabase();
   void QueryPatient(const char* mode);
   void Reserve();
   CComboBox Box(int control) const;

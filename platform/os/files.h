@@ -16,7 +16,7 @@ enum class FileOutcome {
   kNotThere,  // no such file, or a folder on the way to it is missing
   kReadOnly,  // the target is marked read-only
   kBusy,      // another program holds it, longer than was waited for
-  kChanged,   // it is no longer what the caller said it is
+  kChanged,   // it is no longer what the caller said it is; something is there already
   kTooLarge,  // larger than the caller's limit
   kFull,      // no room left on the disk
   kFailed,    // anything else; nothing was changed
@@ -65,6 +65,17 @@ class Files {
   /// has none). A name that code page 932 cannot hold is left out. kNotThere without the folder; on any
   /// failure `names` is empty.
   [[nodiscard]] virtual FileOutcome List(std::string_view folder, std::vector<std::string>& names) = 0;
+
+  /// The same of the folders in a folder.
+  [[nodiscard]] virtual FileOutcome ListFolders(std::string_view folder, std::vector<std::string>& names) = 0;
+
+  /// Makes a new file of those bytes, flushed. kChanged when that name is taken, and what has it stays; on
+  /// any other failure there is no file of that name.
+  [[nodiscard]] virtual FileOutcome Create(std::string_view path, std::string_view content) = 0;
+
+  /// Makes the new file `to` with the bytes of `from`, as fast as the system can, so not flushed, and not
+  /// read-only. Outcomes as of Create; kNotThere without `from` or the folder of `to`.
+  [[nodiscard]] virtual FileOutcome Copy(std::string_view from, std::string_view to) = 0;
 
   /// Removes a file; waits shortly for one that others hold (kBusy). kReadOnly for one that is marked so,
   /// whoever asks. A folder is kFailed.

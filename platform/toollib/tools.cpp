@@ -2,7 +2,7 @@
 
 #include <afxwin.h>
 
-#include "platform/os/files.h"
+#include "platform/os/paths.h"
 
 std::string CTools::MakeDate(std::string_view date) {
   std::string shown(date);
@@ -28,6 +28,12 @@ std::string CTools::NumericFormat(std::int64_t number) {
   const std::size_t first = number < 0 ? 1 : 0;
   for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
   return text;
+}
+
+std::string CTools::LastDelimAdd(std::string_view path) { return kova::os::AddTrailingDelimiter(path); }
+
+std::string CTools::LastDelimDel(std::string_view path) {
+  return std::string(kova::os::DropTrailingDelimiter(path));
 }
 
 bool CTools::ExistFile(std::string_view path) {

@@ -3,8 +3,11 @@
 // Stand-in for the part of the suite's Tool library that the library needs.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+
+#include "platform/os/files.h"
 
 class CTools {
  public:
@@ -24,4 +27,23 @@ class CTools {
 
   /// True when there is a file (not a folder) of that full name.
   static bool ExistFile(std::string_view path);
+
+  /// `path` with a "\" behind it, unless it is empty or ends in one; and without the one at its end.
+  static std::string LastDelimAdd(std::string_view path);
+  static std::string LastDelimDel(std::string_view path);
+
+  /// How a folder is copied.
+  struct Copying {
+    std::string_view lastFile;                // a name at the top of the folder that is copied last
+    std::function<bool(double done)> report;  // 0 to 1; false stops. May be null
+  };
+
+  /// Copies all files of a folder, and of the folders in it, into the folder `to`, which is made when
+  /// missing. When it fails or is stopped (kBusy), the files that it made are gone again.
+  ///
+  /// @param keep  other than 0: a file that is there already is never written over. One with the same content
+  ///              counts as copied, any other ends the copying (kChanged). 0: it is replaced, for good
+  [[nodiscard]] static kova::os::FileOutcome DirectoryCopy(kova::os::Files& files, std::string_view from,
+                                                           std::string_view to, int keep,
+                                                           const Copying& how = {});
 };

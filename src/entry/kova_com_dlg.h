@@ -32,6 +32,18 @@ class KOVACOMDLG_API CKovaComDlg {
   /// @return 1 when it was closed with OK, 0 otherwise, and `number` is then untouched
   static int MailTemplateTree(CWnd* parent, int* number);
 
+  /// How the practice sends its mail, kept in the settings section "EMail".
+  ///
+  /// @return 1 when it was closed with OK, and the settings are stored; 0 otherwise
+  static int OpenMailSetting(CWnd* parent);
+
+  /// The folder of the practice's database, kept in the application profile ("GLOBAL"/"DATABASE"), on which
+  /// `db` is then opened anew; null: nothing is opened. Also makes an empty database in a new folder. A
+  /// connection that could not be opened on the chosen folder is closed.
+  ///
+  /// @return the dialog's result: 1 for OK, 2 for cancelled
+  static int OpenSettingDBPath(CKovaDBSys* db, CWnd* parent);
+
   /// The visit flow board of one day, on a connection of its own to the practice's database. Runs until it is
   /// closed.
   ///

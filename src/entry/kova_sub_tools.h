@@ -71,6 +71,12 @@ class KOVACOMDLG_API CKovaSubTools {
   static int IsWebConnect();
   static int IsCheckIn();
 
+  /// Copies the empty database that is installed beside the program ("KovaEmptyDB" beside the program's
+  /// folder) into a folder, which is made when missing. 0 for success. Other than 0: nothing is there that
+  /// was not before. A folder that holds a database, or a file that the copy would write over, is left as it
+  /// is.
+  static int DoCopyEmptyDB(const char* folder);
+
   // ---- Consumption tax (settings section "MENTE").
 
   /// The rate in force on `date`, as a fraction: 0.08 is 8 %. 0.0 when no period contains the date.
@@ -163,6 +169,18 @@ class KOVACOMDLG_API CKovaSubTools {
   /// records are there and the patient allows mail.
   static int SetAppoPatientInfo2(const tagRESERVATION& reservation, CPatientDB* patient,
                                  CPatientDB2* contact);
+
+  // ---- Notices to patients' smartphone application (docs/notices.md).
+
+  /// Drops a notice into the outgoing folder (its name is used as given: with "\\" at its end). 0 when there
+  /// is nobody to be told: the application ID is empty or "++++++++++". Else 1, also when it could not be
+  /// written.
+  static int SendNotice(const char* folder, const char* applicationId, const char* title, const char* body);
+  /// When a patient last logged in to the application and about how long ago, of the stamp YYYYMMDDhhmmss:
+  /// "2024-1-1 09:30:00  (かなり前)". Empty for an empty stamp and for one that holds no date.
+  static CString AppliLastLoginStr(const char* stamp);
+  /// The address of the machine's network adapter, "00-15-5D-0A-1B-2C"; zeros when it has none.
+  static CString GetMacAddressTest();
 
   // ---- Payments: cash or cashless, at the terminal that the practice has (docs/cashless.md). The dialogs
   // are modal over `parent` (null: the active window), on Windows only; elsewhere they are cancelled.

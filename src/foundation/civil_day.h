@@ -11,6 +11,9 @@ struct CivilDay {
   bool operator==(const CivilDay&) const = default;
 };
 
+/// DayNumber of 1970-01-01.
+inline constexpr int kDayOf1970 = 25569;
+
 /// Days since 1899-12-30, for the years 1 to 9999. A month or day that the calendar lacks counts on into the
 /// days behind it.
 [[nodiscard]] int DayNumber(const CivilDay& day);

@@ -1,6 +1,7 @@
 #pragma once
 
-// What long work tells of itself, and how it learns that the user wants to stop it. Called on the thread that works.
+// What long work tells of itself, and how it learns that the user wants to stop it. Called on the thread that
+// works.
 
 #include <string_view>
 
@@ -10,7 +11,8 @@ class Progress {
  public:
   virtual ~Progress() = default;
 
-  /// A phase begins; `text` (code page 932) says what is being done. It takes the bar from one place to another, 0 to 1.
+  /// A phase begins; `text` (code page 932) says what is being done. It takes the bar from one place to
+  /// another, 0 to 1.
   virtual void Begin(std::string_view text, double from = 0, double to = 1) = 0;
 
   /// How far the phase is, 0 to 1. False when the user wants to stop; cheap enough to be called often.

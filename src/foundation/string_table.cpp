@@ -14,6 +14,11 @@ constexpr Entry kEntries[] = {
     {kTextAdministrator, "管理者"},
     {kTextUser, "ユーザー"},
     {kTextUnknownPrivilege, "不明"},
+    {kTextCannotConnect,
+     "指定されたデータベースフォルダに接続できませんでした。\n"
+     "正しいデータベースフォルダを指定して、または指定したフォルダに空のデータベースを作成してください。"},
+    {kTextChooseDatabaseFolder, "データベースフォルダを選択して下さい"},
+    {kTextConnected, "データベースへの接続が成功しました。"},
     {kTextAddress, "住所"},
     {kTextPostalCode, "郵便番号"},
 };

@@ -10,6 +10,9 @@ namespace kova::foundation {
 constexpr int kTextAdministrator = 8032;
 constexpr int kTextUser = 8033;
 constexpr int kTextUnknownPrivilege = 8034;
+constexpr int kTextCannotConnect = 8107;
+constexpr int kTextChooseDatabaseFolder = 8111;
+constexpr int kTextConnected = 8113;
 constexpr int kTextAddress = 8121;
 constexpr int kTextPostalCode = 8122;
 

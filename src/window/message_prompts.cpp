@@ -20,6 +20,12 @@ bool MessagePrompts::AskYesNo(std::string_view text) {
 
 void MessagePrompts::Inform(std::string_view text) { Show(Wide(text), MB_OK | MB_ICONINFORMATION); }
 
+void MessagePrompts::Fail(std::string_view text) const { Show(Wide(text), MB_OK | MB_ICONERROR); }
+
+bool MessagePrompts::Confirm(std::string_view text) const {
+  return Show(Wide(text), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+}
+
 bool DialogPrompts::AskYesNo(std::string_view text) {
   return MessagePrompts(dialog_.Handle()).AskYesNo(text);
 }

@@ -16,6 +16,11 @@ class MessagePrompts final : public foundation::Prompts {
   bool AskYesNo(std::string_view text) override;
   void Inform(std::string_view text) override;
 
+  /// Tells of a failure.
+  void Fail(std::string_view text) const;
+  /// As AskYesNo, where No is what Enter gives.
+  [[nodiscard]] bool Confirm(std::string_view text) const;
+
   /// Names characters that code page 932 lacks, and so has a text that the others cannot be given.
   void Warn(const std::wstring& text) const { Show(text, MB_OK | MB_ICONWARNING); }
 

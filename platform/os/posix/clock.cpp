@@ -10,6 +10,12 @@ std::int64_t MonotonicMilliseconds() {
   return static_cast<std::int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
+std::int64_t UtcMilliseconds() {
+  timespec now = {};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
 std::tm LocalTime() {
   const std::time_t now = std::time(nullptr);
   std::tm local = {};

@@ -15,8 +15,9 @@ int ErrorOf(FileOutcome outcome) {
     case FileOutcome::kReadOnly:
       return EACCES;
     case FileOutcome::kBusy:
-    case FileOutcome::kChanged:
       return EBUSY;
+    case FileOutcome::kChanged:
+      return EEXIST;
     case FileOutcome::kTooLarge:
       return EFBIG;
     case FileOutcome::kFull:

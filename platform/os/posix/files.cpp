@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <utility>
+#include <vector>
 
 #include "platform/os/posix/native_path.h"
 
@@ -100,14 +101,31 @@ FileOutcome ReadUpTo(int fd, std::size_t limit, std::string& content) {
   }
 }
 
-FileOutcome WriteAll(int fd, std::string_view content) {
+FileOutcome WriteBytes(int fd, std::string_view content) {
   while (!content.empty()) {
     const ssize_t put = ::write(fd, content.data(), content.size());
     if (put < 0 && errno == EINTR) continue;
     if (put < 0) return OutcomeOf(errno);
     content.remove_prefix(static_cast<std::size_t>(put));
   }
+  return FileOutcome::kOk;
+}
+
+FileOutcome WriteAll(int fd, std::string_view content) {
+  const FileOutcome written = WriteBytes(fd, content);
+  if (written != FileOutcome::kOk) return written;
   return ::fsync(fd) == 0 ? FileOutcome::kOk : OutcomeOf(errno);
+}
+
+FileOutcome CopyAll(int from, int to) {
+  std::vector<char> buffer(1 << 18);
+  for (;;) {
+    const ssize_t got = ::read(from, buffer.data(), buffer.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0 ? FileOutcome::kOk : OutcomeOf(errno);
+    const FileOutcome written = WriteBytes(to, {buffer.data(), static_cast<std::size_t>(got)});
+    if (written != FileOutcome::kOk) return written;
+  }
 }
 
 // The folder's entry is what makes a renaming last.
@@ -154,6 +172,25 @@ class PosixFiles final : public Files {
   }
 
   FileOutcome List(std::string_view folder, std::vector<std::string>& names) override {
+    return ListKind(folder, false, names);
+  }
+
+  FileOutcome ListFolders(std::string_view folder, std::vector<std::string>& names) override {
+    return ListKind(folder, true, names);
+  }
+
+  FileOutcome Create(std::string_view path, std::string_view content) override {
+    return MakeNew(path, [&](int fd) { return WriteAll(fd, content); });
+  }
+
+  FileOutcome Copy(std::string_view from, std::string_view to) override {
+    const Descriptor source(::open(NativePath(from).c_str(), O_RDONLY | O_CLOEXEC));
+    if (!source.Valid()) return OutcomeOf(errno);
+    return MakeNew(to, [&](int fd) { return CopyAll(source.Get(), fd); });
+  }
+
+ private:
+  static FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
     names.clear();
     const std::string path = NativePath(folder);
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(path.c_str()), &::closedir);
@@ -166,7 +203,9 @@ class PosixFiles final : public Files {
     errno = 0;
     while (const dirent* entry = ::readdir(stream.get())) {
       std::string name;
-      if (!isFolder(*entry) && text932::FromUtf8(entry->d_name, name)) names.push_back(std::move(name));
+      const std::string_view native = entry->d_name;
+      if (native != "." && native != ".." && isFolder(*entry) == folders && text932::FromUtf8(native, name))
+        names.push_back(std::move(name));
       errno = 0;
     }
     const int error = errno;
@@ -175,6 +214,17 @@ class PosixFiles final : public Files {
     return OutcomeOf(error);
   }
 
+  template <typename Fill>
+  static FileOutcome MakeNew(std::string_view path, Fill fill) {
+    const std::string name = NativePath(path);
+    const Descriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.Valid()) return errno == EEXIST ? FileOutcome::kChanged : OutcomeOf(errno);
+    const FileOutcome outcome = fill(file.Get());
+    if (outcome != FileOutcome::kOk) ::unlink(name.c_str());
+    return outcome;
+  }
+
+ public:
   FileOutcome Delete(std::string_view path) override {
     const std::string name = NativePath(path);
     struct stat status {};

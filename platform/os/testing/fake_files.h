@@ -28,6 +28,7 @@ class FakeFiles final : public Files {
   std::function<void()> beforeRename = [] {};  // another program's doing in between
   std::vector<std::string> temporaries;        // names that content was written to before it was renamed
   std::tm writtenOn{};  // of every file
+  int writesBeforeFailure = 0;                 // new files that are still made where writing fails
   int reads = 0;
   int questions = 0;  // times that Kind was asked
   int locksHeld = 0;
@@ -69,6 +70,31 @@ class FakeFiles final : public Files {
       if (FolderOf(path) == in) names.emplace_back(FileNameOf(path));
     }
     return FileOutcome::kOk;
+  }
+
+  FileOutcome ListFolders(std::string_view folder, std::vector<std::string>& names) override {
+    names.clear();
+    if (failing == FakeStep::kList) return failure;
+    if (Kind(folder) != PathKind::kFolder) return FileOutcome::kNotThere;
+    const std::string in = JoinPath(folder, "");
+    for (const std::string& each : folders) {
+      if (FolderOf(each) == in) names.emplace_back(FileNameOf(each));
+    }
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Create(std::string_view path, std::string_view content) override {
+    if (failing == FakeStep::kWrite && --writesBeforeFailure < 0) return failure;
+    if (Kind(path) != PathKind::kNothing) return FileOutcome::kChanged;
+    if (Kind(FolderOf(path)) != PathKind::kFolder) return FileOutcome::kNotThere;
+    contents[std::string(path)] = content;
+    temporaries.emplace_back(path);
+    return FileOutcome::kOk;
+  }
+
+  FileOutcome Copy(std::string_view from, std::string_view to) override {
+    const auto found = contents.find(from);
+    return found == contents.end() ? FileOutcome::kNotThere : Create(to, std::string(found->second));
   }
 
   FileOutcome Delete(std::string_view path) override {

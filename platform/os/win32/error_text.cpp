@@ -16,8 +16,9 @@ DWORD ErrorOf(FileOutcome outcome) {
     case FileOutcome::kReadOnly:
       return ERROR_ACCESS_DENIED;
     case FileOutcome::kBusy:
-    case FileOutcome::kChanged:
       return ERROR_SHARING_VIOLATION;
+    case FileOutcome::kChanged:
+      return ERROR_FILE_EXISTS;
     case FileOutcome::kTooLarge:
       return ERROR_FILE_TOO_LARGE;
     case FileOutcome::kFull:

@@ -126,18 +126,35 @@ FileOutcome ReadUpTo(HANDLE file, std::size_t limit, std::string& content) {
   }
 }
 
-FileOutcome WriteNew(const std::wstring& name, std::string_view content) {
-  const Handle file(
-      CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file.Valid()) return LastOutcome();
+FileOutcome WriteAll(HANDLE file, std::string_view content) {
   while (!content.empty()) {
     const auto part = static_cast<DWORD>(std::min<std::size_t>(content.size(), 1u << 30));
     DWORD put = 0;
-    if (!WriteFile(file.Get(), content.data(), part, &put, nullptr)) return LastOutcome();
+    if (!WriteFile(file, content.data(), part, &put, nullptr)) return LastOutcome();
     if (put == 0) return FileOutcome::kFull;
     content.remove_prefix(put);
   }
-  return FlushFileBuffers(file.Get()) ? FileOutcome::kOk : LastOutcome();
+  return FlushFileBuffers(file) ? FileOutcome::kOk : LastOutcome();
+}
+
+/// `disposition` is CREATE_ALWAYS or CREATE_NEW.
+Handle OpenToWrite(const std::wstring& name, DWORD disposition) {
+  return Handle(
+      CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+FileOutcome WriteNew(const std::wstring& name, std::string_view content) {
+  const Handle file = OpenToWrite(name, CREATE_ALWAYS);
+  return file.Valid() ? WriteAll(file.Get(), content) : LastOutcome();
+}
+
+bool IsTaken(DWORD error) { return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS; }
+
+// Called first when the new file is there: from then on it is ours to remove.
+DWORD CALLBACK NoteMade(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE,
+                        HANDLE, LPVOID isMade) {
+  *static_cast<bool*>(isMade) = true;
+  return PROGRESS_CONTINUE;
 }
 
 class Win32Files final : public Files {
@@ -178,6 +195,41 @@ class Win32Files final : public Files {
   }
 
   FileOutcome List(std::string_view folder, std::vector<std::string>& names) override {
+    return ListKind(folder, false, names);
+  }
+
+  FileOutcome ListFolders(std::string_view folder, std::vector<std::string>& names) override {
+    return ListKind(folder, true, names);
+  }
+
+  FileOutcome Create(std::string_view path, std::string_view content) override {
+    const std::wstring name = NativePath(path);
+    FileOutcome outcome = FileOutcome::kOk;
+    {
+      const Handle file = OpenToWrite(name, CREATE_NEW);
+      if (!file.Valid()) return IsTaken(GetLastError()) ? FileOutcome::kChanged : LastOutcome();
+      outcome = WriteAll(file.Get(), content);
+    }
+    if (outcome != FileOutcome::kOk) DeleteFileW(name.c_str());
+    return outcome;
+  }
+
+  FileOutcome Copy(std::string_view from, std::string_view to) override {
+    const std::wstring target = NativePath(to);
+    bool isMade = false;
+    if (CopyFileExW(NativePath(from).c_str(), target.c_str(), &NoteMade, &isMade, nullptr,
+                    COPY_FILE_FAIL_IF_EXISTS)) {
+      const DWORD attributes = GetFileAttributesW(target.c_str());
+      if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+        SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+      return FileOutcome::kOk;
+    }
+    const DWORD error = GetLastError();
+    if (isMade) DeleteFileW(target.c_str());
+    return IsTaken(error) ? FileOutcome::kChanged : OutcomeOf(error);
+  }
+
+  FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
     names.clear();
     if (Kind(folder) != PathKind::kFolder) return FileOutcome::kNotThere;
     Search search(NativePath(JoinPath(folder, "*")));
@@ -188,7 +240,7 @@ class Win32Files final : public Files {
     do {
       const std::wstring_view wide = search.Found().cFileName;
       std::string name;
-      if (!IsFolder(search.Found().dwFileAttributes) &&
+      if (wide != L"." && wide != L".." && IsFolder(search.Found().dwFileAttributes) == folders &&
           text932::FromUtf16(std::u16string(wide.begin(), wide.end()), name))
         names.push_back(std::move(name));
     } while (search.Next());
@@ -216,8 +268,7 @@ class Win32Files final : public Files {
     };
     if (Retry(kMovePatience, true, move)) return FileOutcome::kOk;
     const DWORD error = GetLastError();
-    const bool taken = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
-    return taken ? FileOutcome::kChanged : OutcomeOf(error);
+    return IsTaken(error) ? FileOutcome::kChanged : OutcomeOf(error);
   }
 
   FileOutcome ReplaceThrough(std::string_view beside, std::string_view path, std::string_view content,
