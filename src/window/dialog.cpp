@@ -200,7 +200,12 @@ Rect Dialog::FirstPlace() const {
                   &monitor);
   RECT over = monitor.rcWork;
   if (owner_ != nullptr && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &over);
-  return CenteredOver(RectOf(over), PreferredFrame(), RectOf(monitor.rcWork));
+  const Rect screen = RectOf(monitor.rcWork);
+  const Size wanted = PreferredFrame(), least = SmallestFrame();
+  // On a small screen, or a strongly scaled one, it is content with less.
+  const Size size{std::max(least.width, std::min(wanted.width, screen.width)),
+                  std::max(least.height, std::min(wanted.height, screen.height))};
+  return CenteredOver(RectOf(over), size, screen);
 }
 
 Size Dialog::PreferredFrame() const {
