@@ -201,10 +201,13 @@ Rect Dialog::FirstPlace() const {
   RECT over = monitor.rcWork;
   if (owner_ != nullptr && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &over);
   const Rect screen = RectOf(monitor.rcWork);
-  const Size wanted = PreferredFrame(), least = SmallestFrame();
-  // On a small screen, or a strongly scaled one, it is content with less.
-  const Size size{std::max(least.width, std::min(wanted.width, screen.width)),
-                  std::max(least.height, std::min(wanted.height, screen.height))};
+  Size size = PreferredFrame();
+  if (size.width > screen.width || size.height > screen.height) {
+    // On a small screen, or a strongly scaled one, it is content with less.
+    const Size least = SmallestFrame();
+    size = {std::max(least.width, std::min(size.width, screen.width)),
+            std::max(least.height, std::min(size.height, screen.height))};
+  }
   return CenteredOver(RectOf(over), size, screen);
 }
 
