@@ -6,6 +6,8 @@
 #include <optional>
 #include <set>
 
+#include "foundation/number_text.h"
+
 namespace kova::controls {
 namespace {
 
@@ -27,10 +29,10 @@ bool IsNumber(std::string_view text) {
 }
 
 std::int32_t ReadWidth(const ApplicationProfile& profile, std::string_view section, std::size_t position) {
-  const std::string key = WidthKey(position);
-  if (!IsNumber(profile.GetString(section, key, ""))) return kHiddenWidth;
+  const std::string text = profile.GetString(section, WidthKey(position), "");
+  if (!IsNumber(text)) return kHiddenWidth;
   // The lowest number has no absolute value.
-  return std::max(profile.GetInt(section, key, kHiddenWidth), -std::numeric_limits<std::int32_t>::max());
+  return std::max(foundation::ReadInteger(text), -std::numeric_limits<std::int32_t>::max());
 }
 
 /// A number to store, and what reading gives without it.

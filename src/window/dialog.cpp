@@ -200,7 +200,15 @@ Rect Dialog::FirstPlace() const {
                   &monitor);
   RECT over = monitor.rcWork;
   if (owner_ != nullptr && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &over);
-  return CenteredOver(RectOf(over), PreferredFrame(), RectOf(monitor.rcWork));
+  const Rect screen = RectOf(monitor.rcWork);
+  Size size = PreferredFrame();
+  if (size.width > screen.width || size.height > screen.height) {
+    // On a small screen, or a strongly scaled one, it is content with less.
+    const Size least = SmallestFrame();
+    size = {std::max(least.width, std::min(size.width, screen.width)),
+            std::max(least.height, std::min(size.height, screen.height))};
+  }
+  return CenteredOver(RectOf(over), size, screen);
 }
 
 Size Dialog::PreferredFrame() const {

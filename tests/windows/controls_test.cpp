@@ -29,11 +29,11 @@ using Popup = kova::controls::DateInputDialog;
 using Simple = kova::controls::CShowListItemDlg;
 using Sorted = kova::controls::CShowItemListSortDlg;
 
-/// A window of the host's.
+/// A window of the host's; hidden, as nobody answers for it while its thread waits for the person.
 struct HostWindow {
   HostWindow(const wchar_t* windowClass, DWORD style, RECT at)
-      : handle(CreateWindowExW(0, windowClass, L"host", style | WS_VISIBLE, at.left, at.top,
-                               at.right - at.left, at.bottom - at.top, nullptr, nullptr, nullptr, nullptr)) {}
+      : handle(CreateWindowExW(0, windowClass, L"host", style, at.left, at.top, at.right - at.left,
+                               at.bottom - at.top, nullptr, nullptr, nullptr, nullptr)) {}
   HostWindow(const HostWindow&) = delete;
   HostWindow& operator=(const HostWindow&) = delete;
   ~HostWindow() { DestroyWindow(handle); }
@@ -252,12 +252,12 @@ TEST_F(ColumnDialogs, ShowColumnsOfTheListAndSayWhenNothingCanBeStored) {
          WaitForRows(dialog, "氏名- ID- フリガナ- 電話-");
          ListView_SetCheckState(Item(dialog, Simple::kItems), 0, TRUE);
          Photograph(dialog, "columns_simple");
-         SetFileAttributesA((practice_.Folder() + "app.ini").c_str(), FILE_ATTRIBUTE_READONLY);
+         SetFileAttributesW((practice_.Native() / "app.ini").c_str(), FILE_ATTRIBUTE_READONLY);
          Press(dialog, IDOK);
          HWND told = MessageBoxWindow("保存できませんでした");
          Press(told, IDOK);
          WaitUntilClosed(told);
-         SetFileAttributesA((practice_.Folder() + "app.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
+         SetFileAttributesW((practice_.Native() / "app.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
          Press(dialog, IDOK);
          WaitUntilClosed(dialog);
        });

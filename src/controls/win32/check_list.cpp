@@ -18,11 +18,13 @@ void CheckList::Attach(HWND list, int width, DWORD extendedStyle) {
 
 void CheckList::Show(const std::vector<RowText>& rows) {
   const bool isNew = rows.size() != texts_.size();
+  if (isNew) SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
   if (isNew) {
     ListView_DeleteAllItems(list_);
     texts_.assign(rows.size(), {});
   }
   for (std::size_t i = 0; i < rows.size(); ++i) Put(static_cast<int>(i), rows[i], isNew);
+  if (isNew) SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
 }
 
 void CheckList::Put(int row, const RowText& content, bool isNew) {

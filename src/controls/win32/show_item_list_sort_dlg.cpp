@@ -49,7 +49,7 @@ Box CShowItemListSortDlg::Arrange() const {
       Column(Dip(6), {AtLeast(kUp, {90, 30}), AtLeast(kDown, {90, 30}), Space(0, Dip(6)), Natural(kReset),
                       Space(0, Dip(6)), Natural(kAll), Natural(kNone), Space(0, 0).Stretch()});
   return Column(Dip(6), {Natural(kItemsLabel),
-                         Row(Dip(8), {AtLeast(kItems, {310, 200}).Stretch(), std::move(buttons)}).Stretch(),
+                         Row(Dip(8), {AtLeast(kItems, {310, 120}).Stretch(), std::move(buttons)}).Stretch(),
                          Natural(kIdNote), Natural(kHint), ArrangeOptions(), Space(0, Dip(2)), OkAndCancel()})
       .Margin(Dip(12));
 }
