@@ -172,7 +172,7 @@ class KOVACOMDLG_API CKovaSubTools {
 
   // ---- Notices to patients' smartphone application (docs/notices.md).
 
-  /// Drops a notice into the outgoing folder (its name is used as given: with "\\" at its end). 0 when there
+  /// Drops a notice into the outgoing folder (its name is used as given: with "\" at its end). 0 when there
   /// is nobody to be told: the application ID is empty or "++++++++++". Else 1, also when it could not be
   /// written.
   static int SendNotice(const char* folder, const char* applicationId, const char* title, const char* body);

@@ -144,6 +144,42 @@ bool IsAt(int fd, const std::string& path) {
          opened.st_dev == named.st_dev;
 }
 
+// The files of a folder, or the folders.
+FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
+  names.clear();
+  const std::string path = NativePath(folder);
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(path.c_str()), &::closedir);
+  if (!stream) return OutcomeOf(errno);
+  const auto isFolder = [&](const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
+    struct stat status {};
+    return ::fstatat(::dirfd(stream.get()), entry.d_name, &status, 0) != 0 || S_ISDIR(status.st_mode);
+  };
+  errno = 0;
+  while (const dirent* entry = ::readdir(stream.get())) {
+    std::string name;
+    const std::string_view native = entry->d_name;
+    if (native != "." && native != ".." && isFolder(*entry) == folders && text932::FromUtf8(native, name))
+      names.push_back(std::move(name));
+    errno = 0;
+  }
+  const int error = errno;
+  if (error != 0) names.clear();
+  std::sort(names.begin(), names.end());
+  return OutcomeOf(error);
+}
+
+// Makes a new file that `fill` writes into; without it nothing is left.
+template <typename Fill>
+FileOutcome MakeNew(std::string_view path, Fill fill) {
+  const std::string name = NativePath(path);
+  const Descriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!file.Valid()) return errno == EEXIST ? FileOutcome::kChanged : OutcomeOf(errno);
+  const FileOutcome outcome = fill(file.Get());
+  if (outcome != FileOutcome::kOk) ::unlink(name.c_str());
+  return outcome;
+}
+
 class PosixFiles final : public Files {
  public:
   FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
@@ -189,42 +225,6 @@ class PosixFiles final : public Files {
     return MakeNew(to, [&](int fd) { return CopyAll(source.Get(), fd); });
   }
 
- private:
-  static FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
-    names.clear();
-    const std::string path = NativePath(folder);
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(path.c_str()), &::closedir);
-    if (!stream) return OutcomeOf(errno);
-    const auto isFolder = [&](const dirent& entry) {
-      if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
-      struct stat status {};
-      return ::fstatat(::dirfd(stream.get()), entry.d_name, &status, 0) != 0 || S_ISDIR(status.st_mode);
-    };
-    errno = 0;
-    while (const dirent* entry = ::readdir(stream.get())) {
-      std::string name;
-      const std::string_view native = entry->d_name;
-      if (native != "." && native != ".." && isFolder(*entry) == folders && text932::FromUtf8(native, name))
-        names.push_back(std::move(name));
-      errno = 0;
-    }
-    const int error = errno;
-    if (error != 0) names.clear();
-    std::sort(names.begin(), names.end());
-    return OutcomeOf(error);
-  }
-
-  template <typename Fill>
-  static FileOutcome MakeNew(std::string_view path, Fill fill) {
-    const std::string name = NativePath(path);
-    const Descriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!file.Valid()) return errno == EEXIST ? FileOutcome::kChanged : OutcomeOf(errno);
-    const FileOutcome outcome = fill(file.Get());
-    if (outcome != FileOutcome::kOk) ::unlink(name.c_str());
-    return outcome;
-  }
-
- public:
   FileOutcome Delete(std::string_view path) override {
     const std::string name = NativePath(path);
     struct stat status {};

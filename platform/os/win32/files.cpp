@@ -157,6 +157,28 @@ DWORD CALLBACK NoteMade(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEG
   return PROGRESS_CONTINUE;
 }
 
+// The files of a folder, or the folders.
+FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
+  names.clear();
+  if (!IsFolder(GetFileAttributesW(NativePath(folder).c_str()))) return FileOutcome::kNotThere;
+  Search search(NativePath(JoinPath(folder, "*")));
+  if (!search.Valid()) {
+    // The root of an empty drive has not even "." in it.
+    return GetLastError() == ERROR_FILE_NOT_FOUND ? FileOutcome::kOk : LastOutcome();
+  }
+  do {
+    const std::wstring_view wide = search.Found().cFileName;
+    std::string name;
+    if (wide != L"." && wide != L".." && IsFolder(search.Found().dwFileAttributes) == folders &&
+        text932::FromUtf16(std::u16string(wide.begin(), wide.end()), name))
+      names.push_back(std::move(name));
+  } while (search.Next());
+  const DWORD error = GetLastError();
+  if (error == ERROR_NO_MORE_FILES) return FileOutcome::kOk;
+  names.clear();
+  return OutcomeOf(error);
+}
+
 class Win32Files final : public Files {
  public:
   FileOutcome Read(std::string_view path, std::size_t limit, std::string& content) override {
@@ -227,27 +249,6 @@ class Win32Files final : public Files {
     const DWORD error = GetLastError();
     if (isMade) DeleteFileW(target.c_str());
     return IsTaken(error) ? FileOutcome::kChanged : OutcomeOf(error);
-  }
-
-  FileOutcome ListKind(std::string_view folder, bool folders, std::vector<std::string>& names) {
-    names.clear();
-    if (Kind(folder) != PathKind::kFolder) return FileOutcome::kNotThere;
-    Search search(NativePath(JoinPath(folder, "*")));
-    if (!search.Valid()) {
-      // The root of an empty drive has not even "." in it.
-      return GetLastError() == ERROR_FILE_NOT_FOUND ? FileOutcome::kOk : LastOutcome();
-    }
-    do {
-      const std::wstring_view wide = search.Found().cFileName;
-      std::string name;
-      if (wide != L"." && wide != L".." && IsFolder(search.Found().dwFileAttributes) == folders &&
-          text932::FromUtf16(std::u16string(wide.begin(), wide.end()), name))
-        names.push_back(std::move(name));
-    } while (search.Next());
-    const DWORD error = GetLastError();
-    if (error == ERROR_NO_MORE_FILES) return FileOutcome::kOk;
-    names.clear();
-    return OutcomeOf(error);
   }
 
   FileOutcome Delete(std::string_view path) override {
