@@ -1,6 +1,7 @@
 #!/bin/bash
 # Holds the names that the Windows DLLs export against tests/exports.txt: hosts are linked against them, so a name that
-# goes or comes is said aloud. `check_exports.sh --print` prints the list to check in.
+# goes or comes is said aloud. `check_exports.sh --print` prints the list to check in. And `kovacall list` must name every
+# operation of the two exported classes.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -23,3 +24,12 @@ if ! difference=$(diff tests/exports.txt <(exports)); then
   echo "when that is meant: scripts/check_exports.sh --print >tests/exports.txt"
   exit 1
 fi
+listed=$(build/native/bin/kovacall list)
+status=0
+for operation in $(sed -nE 's/^KovaComDlg.dll: CKova(SubTools|ComDlg)::([A-Za-z0-9_]+)\(.*/\2/p' tests/exports.txt | sort -u); do
+  if ! grep -qw "$operation" <<<"$listed"; then
+    echo "kovacall list does not name $operation"
+    status=1
+  fi
+done
+exit $status

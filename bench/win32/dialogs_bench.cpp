@@ -3,6 +3,7 @@
 // runs it.
 
 #include <windows.h>
+#include <afxcmn.h>
 #include <afxwin.h>
 #include <commctrl.h>
 
@@ -168,6 +169,11 @@ int Main(const std::vector<std::string>& arguments) {
   SetForegroundWindow(owner.m_hWnd);
   CString text;
   int number = 0;
+  CListCtrl list;
+  list.m_hWnd = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 10, 10, owner.m_hWnd, nullptr,
+                              nullptr, nullptr);
+  CStringArray names;
+  for (int i = 0; i < 20; ++i) names.Add("項目");
   const std::string today = Today();
   const std::pair<const char*, std::function<void()>> dialogs[] = {
       {"visit flow board", [&] { CKovaComDlg::OpenVisitFlowDialog(today.c_str()); }},
@@ -177,6 +183,9 @@ int Main(const std::vector<std::string>& arguments) {
       {"cash or cashless", [&] { CKovaSubTools::CashlessOrCash(&owner, 1000, 2, 0); }},
       {"payment", [&] { CKovaSubTools::CallCashless(&owner, 1000, text, "x"); }},
       {"address choice", [&] { (void)CKovaComDlg::SearchAddressFormPost(&owner, "10", 0); }},
+      {"mail settings", [&] { CKovaComDlg::OpenMailSetting(&owner); }},
+      {"database folder", [&] { CKovaComDlg::OpenSettingDBPath(nullptr, &owner); }},
+      {"column order", [&] { CKovaComDlg::OpenListItemSettingSort(&list, "Bench", &names, 0, &owner, 0); }},
   };
   for (const auto& [name, open] : dialogs) Compare(name, owner.m_hWnd, open);
   return 0;

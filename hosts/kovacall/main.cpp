@@ -56,10 +56,49 @@ std::string Line(const Operation& operation) {
   return line;
 }
 
+/// Exported operations that a command line cannot call, and why.
+struct Uncallable {
+  std::string_view name;
+  std::string_view why;
+};
+constexpr std::string_view kWindow = "opens a window of a host";
+constexpr std::string_view kMap = "works on a host's table of places; CallPostToMap does all of it";
+constexpr std::string_view kBox = "frees what a host's box or array holds";
+constexpr std::string_view kPrivate = "is the library's own";
+constexpr Uncallable kUncallable[] = {
+    {"CallCashless", kWindow},
+    {"CallPostMap", kMap},
+    {"CashlessOrCash", kWindow},
+    {"CreatePrintTmpOfSale", "is what CreatePrintTmp does here"},
+    {"ExecMail", kPrivate},
+    {"FillReservationTemplate", "is FillTemplate here"},
+    {"FreeComboItemData", kBox},
+    {"FreeIntroDoctors", kBox},
+    {"FreePlaceList", kMap},
+    {"GetGlobalSettingFile", kPrivate},
+    {"GetPostList", kMap},
+    {"InitPostList", kMap},
+    {"MailTemplateTree", kWindow},
+    {"NewPlaceList", kMap},
+    {"OpenListItemSetting", kWindow},
+    {"OpenListItemSettingSort", kWindow},
+    {"OpenMailSetting", kWindow},
+    {"OpenMailTemplateSetting", kWindow},
+    {"OpenSettingDBPath", kWindow},
+    {"OpenVisitFlowDialog", "opens a window of a host; board and board-move do its work"},
+    {"Payment", kWindow},
+    {"RemapPostList", kMap},
+    {"ResetPostList", kMap},
+    {"SetAppoPatientInfo2", "fills a host's tables"},
+    {"SetPostData", kMap},
+};
+
 void List() {
   for (const auto* operations : {&Operations(), &FillerOperations(), &PostalOperations()})
     for (const Operation& operation : *operations) Print(Line(operation) + "\n");
   for (const TableCommand& command : Commands()) Print(Line(command) + "\n");
+  for (const Uncallable& each : kUncallable)
+    Print("(" + std::string(each.name) + " " + std::string(each.why) + ")\n");
 }
 
 void PrintReply(const Reply& reply) {
@@ -101,6 +140,10 @@ int Main(const std::vector<std::string>& arguments) {
     if (Run(name, rest, practice)) return 0;
   } catch (const UsageError& error) {
     throw UsageError(ShowControls(name) + ": " + error.what());
+  }
+  for (const Uncallable& each : kUncallable) {
+    if (each.name == name)
+      throw UsageError(name + " cannot be called from here: it " + std::string(each.why));
   }
   throw UsageError("there is no operation \"" + ShowControls(name) + "\"; \"kovacall list\" shows them");
 }

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/os/testing/fake_files.h"
+#include "postal/map_job.h"
 
 namespace kova::postal {
 namespace {
@@ -146,6 +150,76 @@ TEST(PatientMap, NoLabelLeavesItsString) {
   EXPECT_EQ(ScriptText("能\\\r\n&'"), "能\\u005c\\u000d\\u000a\\u0026'");
   EXPECT_EQ(ScriptText("half\x81"), "half?");
   EXPECT_EQ(ScriptText("\x81\""), "?\\u0022");
+}
+
+/// Writes down the phases, and stops after a number of reports.
+class Watcher final : public foundation::Progress {
+ public:
+  explicit Watcher(int reports = 1000000) : left_(reports) {}
+  std::string phases;
+  void Begin(std::string_view text, double from, double to) override {
+    phases.append(text).append(" " + std::to_string(static_cast<int>(from * 100)) + "-" +
+                               std::to_string(static_cast<int>(to * 100)) + "\n");
+  }
+  bool Report(double) override { return left_-- > 0; }
+
+ private:
+  int left_;
+};
+
+class MapJob : public testing::Test {
+ protected:
+  MapJob() {
+    files_.contents["P\\PostGeo.csv"] = "1000001,a,35,139\n1000002,b,36,140\n";
+    files_.contents["P\\map_tmp.htm"] = "//<Maker>\n";
+  }
+  MapResult Make(foundation::Progress& progress) {
+    return MakePatientMap(files_, "P\\", table_, codes_, progress);
+  }
+
+  os::testing::FakeFiles files_;
+  PostTable table_;
+  std::vector<std::string> codes_ = {"100-0001", "1000001", "", "9999999"};
+};
+
+TEST_F(MapJob, LoadsOnceAndLeavesNoCounts) {
+  Watcher first, second;
+  EXPECT_EQ(Make(first).outcome, MapResult::Outcome::kWritten);
+  EXPECT_EQ(first.phases,
+            "〒番号データ読み込み中 0-50\n〒番号データマッチング中 50-80\n地図情報作成中 80-100\n");
+  EXPECT_NE(files_.contents["P\\map.htm"].find("[a:2件]"), std::string::npos);
+  EXPECT_EQ(Counted(table_), "");
+  const int reads = files_.reads;
+  EXPECT_EQ(Make(second).outcome, MapResult::Outcome::kWritten);
+  EXPECT_EQ(second.phases, "〒番号データマッチング中 0-50\n地図情報作成中 50-100\n");
+  EXPECT_EQ(files_.reads, reads + 1);  // the page's template
+}
+
+TEST_F(MapJob, StopsInEveryPhase) {
+  // Reports: one of the loading, two of the counting, one of the page.
+  for (int reports = 0; reports < 4; ++reports) {
+    PostTable table;
+    Watcher watcher(reports);
+    EXPECT_EQ(MakePatientMap(files_, "P\\", table, codes_, watcher).outcome, MapResult::Outcome::kStopped)
+        << reports;
+    EXPECT_EQ(Counted(table), "");
+    EXPECT_EQ(table.IsEmpty(), reports == 0);
+    EXPECT_FALSE(files_.contents.contains("P\\map.htm"));
+  }
+}
+
+TEST_F(MapJob, SaysWhichFileFailed) {
+  Watcher watcher;
+  files_.contents.erase("P\\PostGeo.csv");
+  EXPECT_EQ(Make(watcher).outcome, MapResult::Outcome::kWritten);  // a page without places
+  EXPECT_EQ(files_.contents["P\\map.htm"], "//<Maker>\r\n");
+  files_.readOnly.insert("P\\map.htm");
+  EXPECT_EQ(Make(watcher).why, os::FileOutcome::kReadOnly);
+  files_.contents.erase("P\\map_tmp.htm");
+  const MapResult missing = Make(watcher);
+  EXPECT_EQ(missing.outcome, MapResult::Outcome::kFailed);
+  EXPECT_EQ(missing.file, "P\\map_tmp.htm");
+  EXPECT_EQ(missing.why, os::FileOutcome::kNotThere);
 }
 
 }  // namespace
