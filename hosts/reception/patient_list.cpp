@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "entry/kova_com_dlg.h"
-#include "hosts/reception/patient_list_ids.h"
+#include "hosts/reception/resource.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::hosts {

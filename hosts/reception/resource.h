@@ -1,12 +1,13 @@
 #pragma once
 
-// Numbers of the reception's window, shared with reception.rc.
+// Numbers of the reception's windows, shared with its .rc files: one list, so that none is given twice.
 
 #define IDD_RECEPTION 101
 #define IDR_MENU 102
 #define IDR_KEYS 103
 
 #define IDD_ADDRESSES 110
+#define IDD_PATIENTS 111
 
 #define IDC_DATE 1001
 #define IDC_BOARD 1002
@@ -24,6 +25,9 @@
 #define IDC_FIND_ADDRESS 1032
 #define IDC_ADDRESS 1033
 #define IDC_FIND_CODE 1034
+
+#define IDC_PATIENTS 1101
+#define IDC_COLUMNS 1102
 
 #define IDM_QUERY_ID 2001
 #define IDM_QUERY_KANA 2002

@@ -14,7 +14,6 @@
 #include "entry/date_input.h"
 #include "entry/kova_com_dlg.h"
 #include "hosts/person/window_driver.h"
-#include "hosts/reception/patient_list_ids.h"
 #include "hosts/reception/resource.h"
 #include "tests/child_process.h"
 #include "tests/run_program.h"
