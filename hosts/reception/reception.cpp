@@ -1,5 +1,6 @@
 #include "hosts/reception/reception.h"
 
+#include <afxcmn.h>
 #include <commctrl.h>
 
 #include <cstdio>
@@ -125,6 +126,8 @@ void Reception::Command(int command) {
     CKovaComDlg::MailTemplateTree(&window_, &number);
   } else if (command == IDM_DATABASE_FOLDER) {
     ChooseDatabase();
+  } else if (command == IDM_RESERVATION_COLUMNS) {
+    ChooseReservationColumns();
   } else if (command == IDM_MAIL_SETTINGS) {
     CKovaComDlg::OpenMailSetting(&window_);
   } else if (command == IDM_RECEIPT) {
@@ -139,6 +142,26 @@ void Reception::Command(int command) {
 }
 
 // The lists are the practice's: another one has others.
+// The suite's reservation list is another application's: what is chosen here is what that one reads of its
+// profile. The dialog takes the names of the columns from a list, so it is given one that has them.
+void Reception::ChooseReservationColumns() {
+  CListCtrl list;
+  list.m_hWnd = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 0, 0, window_.m_hWnd, nullptr,
+                              nullptr, nullptr);
+  int at = 0;
+  for (const char* name : {"日付", "時間", "患者", "予約種類", "ユニット", "担当医", "備考"}) {
+    std::wstring title = Wide(name);
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT;
+    column.pszText = title.data();
+    SendMessageW(list.m_hWnd, LVM_INSERTCOLUMNW, static_cast<WPARAM>(at++),
+                 reinterpret_cast<LPARAM>(&column));
+  }
+  if (CKovaComDlg::OpenListItemSetting(&list, "Reserv", &window_) == 1)
+    Say("予約一覧の表示項目を保存しました。");
+  DestroyWindow(list.m_hWnd);
+}
+
 void Reception::ChooseDatabase() {
   CKovaComDlg::OpenSettingDBPath(&practice_.Connection(), &window_);
   patient_.clear();

@@ -28,6 +28,7 @@ class Reception {
   void FreeLists();
   void OpenBoard();
   void ChooseDatabase();
+  void ChooseReservationColumns();
   void QueryPatient(const char* mode);
   void Reserve();
   CComboBox Box(int control) const;

@@ -15,6 +15,7 @@
 #include "entry/kova_com_dlg.h"
 #include "hosts/person/window_driver.h"
 #include "hosts/reception/resource.h"
+#include "platform/os/application_profile.h"
 #include "tests/child_process.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
@@ -328,10 +329,18 @@ TEST(Reception, ListsPatientsInItsColumnsAndTakesADateOfBirth) {
          WaitFor("all columns", [&] { return columns() == 7; });
          PostMessageW(patients, WM_COMMAND, IDCANCEL, 0);
          WaitUntilClosed(patients);
+         command(IDM_RESERVATION_COLUMNS);
+         HWND simple = only("表示項目の設定");
+         EXPECT_EQ(ListView_GetItemCount(Item(simple, kova::controls::CShowListItemDlg::kItems)), 7);
+         Press(simple, kova::controls::CShowListItemDlg::kNone);
+         Press(simple, IDOK);
+         WaitUntilClosed(simple);
          PostMessageW(reception, WM_CLOSE, 0, 0);
          EXPECT_EQ(host.Wait(), 0);
        });
   std::filesystem::current_path(folder);
+  const kova::os::IniApplicationProfile profile(kova::os::RealFiles(), practice.Folder() + "app.ini");
+  EXPECT_EQ(profile.GetInt("Reserv", "Item6", 1), 0);
   ASSERT_EQ(table.GetPatient1Data("1"), 0);
   EXPECT_EQ(kova::store::GetText(table.record.birthDate), "19750112");
 }
