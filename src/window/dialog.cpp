@@ -242,6 +242,7 @@ bool Dialog::IsComposing() const {
 }
 
 void Dialog::ArrangeAgain() {
+  natural_.clear();
   PlaceControls();
   InvalidateRect(window_, nullptr, TRUE);
 }

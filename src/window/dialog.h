@@ -138,6 +138,7 @@ class Dialog {
   SIZE TextSize(HWND item) const;
   int LineHeight(int textHeight) const;
   Size NaturalSize(int control) const;
+  Size MeasuredSize(int control) const;
 
   std::wstring title_;
   Size preferred_;
@@ -145,6 +146,7 @@ class Dialog {
   HWND window_ = nullptr;
   Font font_;
   std::map<int, ControlLook> looks_;
+  mutable std::map<int, Size> natural_;  // of this scale and these texts, as far as it was asked for
   UINT dpi_ = 96;
   bool closing_ = false;
   std::map<int, ShownText> shown_;

@@ -111,6 +111,7 @@ int Dialog::LineHeight(int textHeight) const { return std::max(textHeight + Dip(
 
 void Dialog::UseScale(UINT dpi) {
   dpi_ = dpi;
+  natural_.clear();
   const BOOL isShown = IsWindowVisible(window_);
   const Font old = std::exchange(font_, MessageFont(dpi));
   for (HWND item = GetWindow(window_, GW_CHILD); item != nullptr; item = GetWindow(item, GW_HWNDNEXT)) {
@@ -142,7 +143,13 @@ HBRUSH Dialog::Colour(HWND item, HDC device) {
   return look.background ? found->second.background.get() : GetSysColorBrush(COLOR_3DFACE);
 }
 
+// Opening a dialog asks several times, and measuring texts is most of what that takes.
 Size Dialog::NaturalSize(int control) const {
+  const auto known = natural_.find(control);
+  return known != natural_.end() ? known->second : natural_[control] = MeasuredSize(control);
+}
+
+Size Dialog::MeasuredSize(int control) const {
   HWND item = Item(control);
   if (item == nullptr) return {};
   const SIZE text = TextSize(item);
@@ -173,6 +180,7 @@ Box Dialog::OkAndCancel() const {
 }
 
 void Dialog::ShowText(int control, std::string_view text) {
+  natural_.erase(control);
   SetWindowTextW(Item(control), WideForEdit(text).c_str());
   shown_[control] = {std::string(text), WindowText(Item(control))};
 }
