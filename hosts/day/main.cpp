@@ -18,6 +18,7 @@
 #include "platform/os/filesystem_path.h"
 #include "platform/os/program.h"
 #include "platform/text932/cp932.h"
+#include "platform/toollib/tools.h"
 #include "reservations/fee_request.h"
 
 namespace kova::hosts {
@@ -116,14 +117,6 @@ void Sell(CKovaDBSys& db, CReservationDB& table, const std::string& number) {
 
 std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
 
-/// "12,345".
-std::string Yen(std::int32_t amount) {
-  std::string text = std::to_string(amount);
-  const std::size_t sign = amount < 0 ? 1 : 0;
-  for (std::size_t at = text.size(); at > sign + 3;) text.insert(at -= 3, 1, ',');
-  return text;
-}
-
 std::string RateOf(const tagSALE& sale) {
   if (sale.tax == 0) return "-";
   const int reduced = sale.reducedRateTax != 0 ? 1 : 0;
@@ -156,10 +149,10 @@ std::vector<std::string> ReadRow(CKovaDBSys& db, const std::string& reservationN
   const bool named = items.record.itemName[0] != 0;
   return {Utf8(GetText(patients.record.name)),
           Utf8(named ? GetText(items.record.itemName) : GetText(items.record.itemText)),
-          Yen(items.record.amount),
+          CTools::NumericFormat(items.record.amount),
           RateOf(sales.record),
-          Yen(sales.record.tax),
-          Yen(sales.record.total),
+          CTools::NumericFormat(sales.record.tax),
+          CTools::NumericFormat(sales.record.total),
           Utf8(GetText(sales.record.saleNumber))};
 }
 

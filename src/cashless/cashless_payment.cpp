@@ -42,4 +42,10 @@ std::string CashlessPayment::ResultText() const {
 
 std::string AmountText(std::int32_t amount) { return CTools::NumericFormat(amount) + "円"; }
 
+std::string StartedAtText(const JournalEntry& entry) {
+  const std::string& at = entry.startedAt;
+  if (at.size() != 14) return at;
+  return CTools::MakeDate(std::string_view(at).substr(0, 8)) + " " + at.substr(8, 2) + ":" + at.substr(10, 2);
+}
+
 }  // namespace kova::cashless

@@ -65,4 +65,7 @@ class CashlessPayment {
 /// "12,345円".
 std::string AmountText(std::int32_t amount);
 
+/// When it was started, for people: "2026/11/23 10:15".
+std::string StartedAtText(const JournalEntry& entry);
+
 }  // namespace kova::cashless

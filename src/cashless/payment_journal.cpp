@@ -57,13 +57,6 @@ bool IsBlank(std::string_view text) { return OneLine(text).find_first_not_of(' '
 
 }  // namespace
 
-std::string StartedAtText(const JournalEntry& entry) {
-  const std::string& at = entry.startedAt;
-  if (at.size() != 14) return at;
-  return at.substr(0, 4) + "/" + at.substr(4, 2) + "/" + at.substr(6, 2) + " " + at.substr(8, 2) + ":" +
-         at.substr(10, 2);
-}
-
 std::string JournalPath(std::string_view profilePath) { return std::string(profilePath) + ".payments"; }
 
 PaymentJournal::PaymentJournal(os::Files& files, std::string path) : files_(files), path_(std::move(path)) {}

@@ -34,9 +34,6 @@ struct JournalEntry {
   }
 };
 
-/// When it was started, for people: "2026/11/23 10:15".
-std::string StartedAtText(const JournalEntry& entry);
-
 /// The journal of the application profile `profilePath`: beside it, ".payments" behind its name.
 std::string JournalPath(std::string_view profilePath);
 

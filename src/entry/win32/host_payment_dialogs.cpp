@@ -6,14 +6,9 @@
 #include "cashless/win32/cashless_or_cash_dlg.h"
 #include "cashless/win32/late_bound_control.h"
 #include "entry/payment_session.h"
+#include "entry/win32/host_window.h"
 
 namespace kova::entry {
-namespace {
-
-HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
-
-}  // namespace
-
 int HostPaymentDialogs::Choose(std::int32_t amount, unsigned, int flag) {
   cashless::CCashlessOrCashDlg dialog(amount, flag != 0);
   return static_cast<int>(dialog.RunModal(HandleOf(parent_)));

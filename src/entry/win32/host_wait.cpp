@@ -1,5 +1,6 @@
 #include "entry/host_wait.h"
 
+#include "entry/win32/host_window.h"
 #include "window/work_dialog.h"
 
 namespace kova::entry {
@@ -14,7 +15,7 @@ void HostWait(std::string_view text, const std::function<void()>& work) {
 
 bool HostWork(CWnd* parent, std::string_view title, const std::function<void(foundation::Progress&)>& work) {
   window::WorkDialog dialog(title, window::WorkDialog::Kind::kStoppable);
-  return dialog.Run(parent == nullptr ? nullptr : parent->GetSafeHwnd(), work);
+  return dialog.Run(HandleOf(parent), work);
 }
 
 }  // namespace kova::entry

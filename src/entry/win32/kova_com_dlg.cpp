@@ -8,6 +8,7 @@
 #include "entry/kova_sub_tools.h"
 #include "entry/session.h"
 #include "entry/template_session.h"
+#include "entry/win32/host_window.h"
 #include "foundation/folders.h"
 #include "mail/template_roles.h"
 #include "mail/template_store.h"
@@ -20,14 +21,13 @@
 
 using namespace kova;
 using entry::Guarded;
+using entry::HandleOf;
 using entry::Session;
 using entry::TemplateSession;
 using entry::ToCString;
 using entry::View;
 
 namespace {
-
-HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
 
 /// The chosen number to the caller: 1; 0 when nothing was chosen.
 int Choose(const std::optional<int>& chosen, int* number) {

@@ -2,6 +2,7 @@
 
 #include "entry/kova_com_dlg.h"
 #include "entry/session.h"
+#include "entry/win32/host_window.h"
 #include "mail/win32/mail_settings_dialog.h"
 #include "platform/os/program.h"
 #include "platform/os/tcp.h"
@@ -9,13 +10,8 @@
 
 using namespace kova;
 using entry::Guarded;
+using entry::HandleOf;
 using entry::Session;
-
-namespace {
-
-HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
-
-}  // namespace
 
 int CKovaComDlg::OpenMailSetting(CWnd* parent) {
   return Guarded(0, [&] {
