@@ -43,7 +43,9 @@ constexpr std::array<ListedField, 7> kFields = {{
     {"フリガナ", 120, [](const Patient& patient, bool) { return std::string(GetText(patient.reading)); }},
     {"氏名", 140, &WithGuardian},
     {"性別", 40,
-     [](const Patient& patient, bool) { return std::string(patient.sexCode == 1 ? "男" : "女"); }},
+     [](const Patient& patient, bool) {
+       return std::string(patient.sexCode == 1 ? "男" : patient.sexCode == 2 ? "女" : "");
+     }},
     {"生年月日", 100, [](const Patient& patient, bool) { return Dotted(GetText(patient.birthDate)); }},
     {"電話", -100, [](const Patient& patient, bool) { return std::string(GetText(patient.phone)); }},
     {"住所", -200, [](const Patient& patient, bool) { return std::string(GetText(patient.address)); }},
