@@ -335,6 +335,14 @@ std::string ListCell(HWND list, int row, int column) {
   return Narrow(text);
 }
 
-HWND FocusOf(HWND dialog) { return ThreadOf(dialog).hwndFocus; }
+HWND FocusOf(HWND dialog) {
+  // A window above it that was just closed may still have it.
+  HWND focus = nullptr;
+  WaitFor("the focus in a dialog", [&] {
+    focus = ThreadOf(dialog).hwndFocus;
+    return focus == dialog || IsChild(dialog, focus);
+  });
+  return focus;
+}
 
 }  // namespace kova::person

@@ -61,7 +61,7 @@ std::vector<std::string> TreeItems(HWND tree);
 void SelectInTree(HWND tree, std::string_view caption);
 std::string ListCell(HWND list, int row, int column);
 
-/// The control that has the focus in the dialog's thread.
+/// The control of the dialog that has the focus, once one has it.
 HWND FocusOf(HWND dialog);
 
 /// What is wrong with how the dialog looks: texts that do not fit into their controls, controls outside the

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,6 +34,8 @@ struct ReadFrom {
   Place place;
   std::string_view key = {};
   RecordId id = 0;
+  /// Forward reads end behind the last record whose key is not greater than this, where it is given.
+  std::optional<std::string_view> upTo = {};
 };
 
 /// Records read in one go, in reading order.
@@ -68,6 +71,12 @@ class Engine {
   virtual Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
                       RecordBlock& block) = 0;
 
+  /// True for a store on the other side of a network: a question costs far more than the records that it
+  /// brings, so that whoever knows what it will need asks for it at once.
+  virtual bool IsDistant() const { return false; }
+  /// Reads the records that exist of these primary keys, in any order, with few questions.
+  virtual Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block);
+
   /// Each of these is written whole or not at all; outside a transaction it is durable when it returns kDone.
   virtual Result Insert(const TableDef& table, const char* record, RecordId& id) = 0;
   /// With `expected` only when the stored record still is that, byte for byte; kChanged when it is not.
@@ -90,6 +99,8 @@ class Engine {
   /// Nests. A write in between is done and ends that view.
   virtual void BeginReads() = 0;
   virtual void EndReads() = 0;
+  /// The view that is open, 0 for none: what was read in one holds while this number does.
+  virtual std::uint64_t ReadView() const = 0;
 
   /// The sum of the tables' change stamps, at the price of one look-up's lock. A table's stamp is a number
   /// that grows with every change of it, by whichever workstation: seconds since 1970 when changes are slower

@@ -43,6 +43,18 @@ const char* Describe(Result result) {
       return "a receipt was given for the charge";
     case Result::kBadArgument:
       return "an argument cannot be used";
+    case Result::kUnreachable:
+      return "no database server answers";
+    case Result::kNoAccess:
+      return "the database server refuses the account or its password";
+    case Result::kNoDriver:
+      return "the database server's ODBC driver is not installed";
+    case Result::kConflict:
+      return "another workstation changed the same at the same time";
+    case Result::kOutcomeUnknown:
+      return "the connection was lost while writing; whether it was written is not known yet";
+    case Result::kOldVersion:
+      return "the database was made by an older program and is to be upgraded first";
     case Result::kFailed:
       return "failed";
   }

@@ -28,7 +28,13 @@ enum class [[nodiscard]] Result : int {
   kLocalOnly = 16,      ///< on a network drive, while a program on its own machine holds it in local mode
   kReceipted = 17,      ///< a receipt was given for the charge; it stays
   kBadArgument = 18,    ///< a null pointer, or objects that do not belong together
-  kFailed = 99,         ///< anything else: no memory, an input or output error
+  kUnreachable = 19,    ///< no database server answers, or the connection to it was lost
+  kNoAccess = 20,       ///< the server refuses this account or its password, or none is stored here
+  kNoDriver = 21,       ///< the server's ODBC driver is not installed on this workstation
+  kConflict = 22,       ///< another workstation's transaction won; nothing of this one is written
+  kOutcomeUnknown = 23,  ///< the connection was lost while writing, and no server says yet what became of it
+  kOldVersion = 24,     ///< an older program made the database; it is to be upgraded first
+  kFailed = 99,                 ///< anything else: no memory, an input or output error
 };
 // clang-format on
 

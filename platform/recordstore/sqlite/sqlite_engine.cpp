@@ -323,7 +323,9 @@ Result SqliteEngine::WriteStamps() {
 
 void SqliteEngine::BeginReads() {
   if (readDepth_++ > 0 || mode_ != Mode::kIdle) return;
-  if (Execute(connection_.get(), "BEGIN") == Result::kDone) mode_ = Mode::kReading;
+  if (Execute(connection_.get(), "BEGIN") != Result::kDone) return;
+  mode_ = Mode::kReading;
+  ++view_;
 }
 
 void SqliteEngine::EndReads() {

@@ -32,6 +32,7 @@ class SqliteEngine final : public Engine {
   Result EndUnit(bool worked) override;
   void BeginReads() override;
   void EndReads() override;
+  std::uint64_t ReadView() const override { return mode_ == Mode::kReading ? view_ : 0; }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
   std::uint64_t WriteCount(const TableDef& table) const override;
@@ -84,6 +85,7 @@ class SqliteEngine final : public Engine {
   std::vector<std::int64_t> takenBack_;   // by table: stamps given of changes that were rolled back
   Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;
+  std::uint64_t view_ = 0;     // views so far
   std::int64_t deadline_ = 0;  // of os::MonotonicMilliseconds
   RecordColumns columns_;      // storage reused from write to write
   std::vector<std::string> keys_;
