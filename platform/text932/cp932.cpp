@@ -283,6 +283,25 @@ std::u16string ToUtf16(std::string_view text) {
   return out;
 }
 
+std::size_t FromUtf16Into(std::u16string_view utf16, char* out, std::size_t capacity) {
+  std::size_t length = 0;
+  for (const char16_t c : utf16) {
+    if (length == capacity) break;
+    if (c < 0x80) {
+      out[length++] = static_cast<char>(c);
+      continue;
+    }
+    int code = Encode(c);
+    if (code < 0) code = '?';
+    if (code > 0xFF) {
+      if (length + 2 > capacity) break;
+      out[length++] = static_cast<char>(code >> 8);
+    }
+    out[length++] = static_cast<char>(code & 0xFF);
+  }
+  return length;
+}
+
 bool FromUtf16(std::u16string_view utf16, std::string& out) {
   out.clear();
   for (const char16_t c : utf16) {

@@ -74,5 +74,6 @@ std::size_t FromUtf8Into(std::string_view utf8, char* out, std::size_t capacity)
 /// `text` as UTF-16, and back: the same rules.
 std::u16string ToUtf16(std::string_view text);
 [[nodiscard]] bool FromUtf16(std::u16string_view utf16, std::string& out);
+std::size_t FromUtf16Into(std::u16string_view utf16, char* out, std::size_t capacity);
 
 }  // namespace kova::text932

@@ -6,7 +6,7 @@
 #include "platform/os/filesystem_path.h"
 #include "platform/os/paths.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
-#include "platform/recordstore/sqlite/table_sql.h"
+#include "platform/recordstore/sqlite/read_sql.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::store {
@@ -113,7 +113,7 @@ std::string LayoutSql(bool overNetwork) {
       "CREATE TABLE change_stamp (tableName TEXT PRIMARY KEY, stamp INTEGER NOT NULL) WITHOUT ROWID;\n";
   for (const TableDef& table : AllTables()) {
     sql +=
-        CreateTableSql(table) + "INSERT INTO change_stamp VALUES ('" + std::string(table.name) + "', 1);\n";
+        CreateTableSql(SqlForm(), table) + "INSERT INTO change_stamp VALUES ('" + std::string(table.name) + "', 1);\n";
   }
   return sql + "COMMIT;\n";
 }

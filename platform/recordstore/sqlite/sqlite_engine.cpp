@@ -19,10 +19,7 @@ constexpr int kFirstField = 2;      // behind id and exact
 SqliteEngine::SqliteEngine(Connection connection, bool canWrite)
     : connection_(std::move(connection)),
       canWrite_(canWrite),
-      statements_(AllTables().size()),
-      writeCounts_(AllTables().size()),
-      uncommitted_(AllTables().size()),
-      takenBack_(AllTables().size()) {
+      statements_(AllTables().size()) {
   sqlite3_busy_handler(connection_.get(), &WaitWhileBusy, this);
   // Plans must not depend on what is bound: SQLite would compile a kept statement anew for every limit.
   sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
@@ -166,10 +163,7 @@ Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
   } catch (const std::bad_alloc&) {
     // A failed write like any other: the transaction of its own must not stay open and keep the write lock.
   }
-  if (result == Result::kDone) {
-    uncommitted_[static_cast<std::size_t>(table.id)].isNew = true;
-    ++writeCounts_[static_cast<std::size_t>(table.id)];
-  }
+  if (result == Result::kDone) changes_.NoteWrite(table);
   if (!own) return result;
   const Result ended = EndUnit(result == Result::kDone);
   return result == Result::kDone ? ended : result;
@@ -177,7 +171,7 @@ Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
 
 Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId& id) {
   return WriteWhole(table, [&] {
-    sqlite3_stmt* statement = Prepared(Of(table).insert, [&] { return InsertSql(table); });
+    sqlite3_stmt* statement = Prepared(Of(table).insert, [&] { return InsertSql(SqlForm(), table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
     BindRecord(statement, table, record);
@@ -188,7 +182,7 @@ Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId&
 }
 
 Result SqliteEngine::ReadUnchanged(const TableDef& table, RecordId id, const char* expected) {
-  sqlite3_stmt* statement = Prepared(Of(table).selectById, [&] { return SelectByIdSql(table); });
+  sqlite3_stmt* statement = Prepared(Of(table).selectById, [&] { return SelectByIdSql(SqlForm(), table); });
   if (statement == nullptr) return LastError();
   const StatementUse use(statement);
   sqlite3_bind_int64(statement, 1, id);
@@ -207,7 +201,7 @@ Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* reco
       const Result unchanged = ReadUnchanged(table, id, expected);
       if (unchanged != Result::kDone) return unchanged;
     }
-    sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(table); });
+    sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(SqlForm(), table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
     sqlite3_bind_int64(statement, BindRecord(statement, table, record), id);
@@ -219,7 +213,7 @@ Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* reco
 
 Result SqliteEngine::Delete(const TableDef& table, RecordId id) {
   return WriteWhole(table, [&] {
-    sqlite3_stmt* statement = Prepared(Of(table).remove, [&] { return DeleteSql(table); });
+    sqlite3_stmt* statement = Prepared(Of(table).remove, [&] { return DeleteSql(SqlForm(), table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
     sqlite3_bind_int64(statement, 1, id);
@@ -267,8 +261,7 @@ Result SqliteEngine::EndUnit(bool worked) {
   if (mode_ == Mode::kUnitInHost) {
     mode_ = Mode::kHost;
     if (worked) return Execute(connection_.get(), "RELEASE unit");
-    for (std::uint64_t& count : writeCounts_) ++count;
-    for (Uncommitted& each : uncommitted_) each.isNew = each.Count() > 0;
+    changes_.NoteUnitTakenBack();
     return Execute(connection_.get(), "ROLLBACK TO unit; RELEASE unit");
   }
   if (mode_ != Mode::kUnit) return Result::kNoTransaction;
@@ -286,27 +279,20 @@ Result SqliteEngine::Commit() {
     Rollback();
     return result;
   }
-  std::fill(uncommitted_.begin(), uncommitted_.end(), Uncommitted());
+  changes_.NoteCommit();
   mode_ = Mode::kIdle;
   return Result::kDone;
 }
 
 void SqliteEngine::Rollback() {
   if (sqlite3_get_autocommit(connection_.get()) == 0) (void)Execute(connection_.get(), "ROLLBACK");
-  for (std::size_t i = 0; i < uncommitted_.size(); ++i) {
-    // To whoever was given one of these stamps, taking the changes back is one more change.
-    const std::int64_t stamps = std::exchange(uncommitted_[i], Uncommitted()).stamps;
-    takenBack_[i] += stamps > 0 ? stamps + 1 : 0;
-  }
-  if (mode_ != Mode::kReading) {
-    for (std::uint64_t& count : writeCounts_) ++count;  // records read ahead may hold what was taken back
-  }
+  if (mode_ != Mode::kReading) changes_.NoteRollback();
   mode_ = Mode::kIdle;
 }
 
 Result SqliteEngine::WriteStamps() {
   for (const TableDef& table : AllTables()) {
-    const std::int64_t changes = uncommitted_[static_cast<std::size_t>(table.id)].Count();
+    const std::int64_t changes = changes_.Changes(table.id);
     if (changes == 0) continue;
     sqlite3_stmt* statement = Prepared(
         stampWrite_, [] { return "UPDATE change_stamp SET stamp = MAX(stamp + ?, ?) WHERE tableName = ?"; });
@@ -345,11 +331,7 @@ Result SqliteEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t&
   if (code != SQLITE_ROW) return FromSqlite(code);
   if (sqlite3_column_type(statement, 0) != SQLITE_INTEGER) return Result::kDamaged;
   sum = sqlite3_column_int64(statement, 0);
-  for (const TableId table : tables) {
-    Uncommitted& own = uncommitted_[static_cast<std::size_t>(table)];
-    own = {false, own.Count()};
-    sum += own.stamps + takenBack_[static_cast<std::size_t>(table)];
-  }
+  for (const TableId table : tables) sum += changes_.Show(table);
   return Result::kDone;
 }
 
@@ -364,10 +346,6 @@ Result SqliteEngine::NextNumber(std::string_view counter, std::int64_t& number) 
   if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
   number = sqlite3_column_int64(statement, 0);
   return FromSqlite(sqlite3_step(statement));
-}
-
-std::uint64_t SqliteEngine::WriteCount(const TableDef& table) const {
-  return writeCounts_[static_cast<std::size_t>(table.id)];
 }
 
 Result SqliteEngine::CheckIntegrity(std::string& finding) {

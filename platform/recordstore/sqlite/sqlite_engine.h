@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/recordstore/change_book.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/record_text.h"
 #include "platform/recordstore/sqlite/statement.h"
-#include "platform/recordstore/sqlite/table_sql.h"
+#include "platform/recordstore/sqlite/read_sql.h"
 
 namespace kova::store {
 
@@ -35,19 +36,13 @@ class SqliteEngine final : public Engine {
   std::uint64_t ReadView() const override { return mode_ == Mode::kReading ? view_ : 0; }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
-  std::uint64_t WriteCount(const TableDef& table) const override;
+  std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
   Result CheckIntegrity(std::string& finding) override;
 
  private:
   struct TableStatements {
     Statement insert, update, remove, selectById;
     std::vector<Statement> reads;  // keys * kRanges
-  };
-  /// A table's changes in the transaction that is open.
-  struct Uncommitted {
-    bool isNew = false;       // changed since a stamp was last given
-    std::int64_t stamps = 0;  // given so far
-    std::int64_t Count() const { return stamps + (isNew ? 1 : 0); }
   };
   enum class Mode { kIdle, kReading, kHost, kUnit, kUnitInHost };
 
@@ -80,9 +75,7 @@ class SqliteEngine final : public Engine {
   std::map<std::string, std::vector<Statement>> partReads_;  // as TableStatements' reads, by TableDef::part
   std::vector<Statement> stampReads_;                        // by the number of tables
   Statement stampWrite_, numberNext_;
-  std::vector<std::uint64_t> writeCounts_;
-  std::vector<Uncommitted> uncommitted_;  // by table
-  std::vector<std::int64_t> takenBack_;   // by table: stamps given of changes that were rolled back
+  ChangeBook changes_;
   Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;
   std::uint64_t view_ = 0;     // views so far

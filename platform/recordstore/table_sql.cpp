@@ -1,0 +1,63 @@
+#include "platform/recordstore/table_sql.h"
+
+namespace kova::store {
+namespace {
+
+std::string KeyName(const KeyDef& key) { return "key" + std::to_string(key.number); }
+
+}  // namespace
+
+std::string KeyColumn(const SqlForm& form, const KeyDef& key) { return form.Name(KeyName(key)); }
+
+std::string CreateTableSql(const SqlForm& form, const TableDef& table) {
+  const std::string name = form.Name(table.name);
+  std::string sql = "CREATE TABLE " + name + " (id " + form.IdType();
+  for (const FieldDef& field : table.fields)
+    sql += ", " + form.Name(field.name) + " " + form.FieldType(field) + " NOT NULL";
+  for (const KeyDef& key : table.keys) sql += ", " + KeyColumn(form, key) + " " + form.KeyType(key) + " NOT NULL";
+  sql += ", exact " + form.BytesType() + ")" + form.TableOptions() + ";\n";
+  for (const KeyDef& key : table.keys) {
+    const bool isPrimary = key.number == 0;
+    sql += std::string("CREATE ") + (isPrimary ? "UNIQUE " : "") + "INDEX " +
+           form.Name(std::string(table.name) + "_" + KeyName(key)) + " ON " + name + " (" + KeyColumn(form, key) +
+           (isPrimary || form.NewId() != "?" ? ");\n" : ", id);\n");
+  }
+  return sql;
+}
+
+std::string InsertSql(const SqlForm& form, const TableDef& table) {
+  std::string columns = "id, ", places = form.NewId() + ", ";
+  for (const FieldDef& field : table.fields) columns += form.Name(field.name) + ", ";
+  for (const KeyDef& key : table.keys) columns += KeyColumn(form, key) + ", ";
+  for (std::size_t i = 0; i < table.fields.size() + table.keys.size(); ++i) places += "?, ";
+  return "INSERT INTO " + form.Name(table.name) + " (" + columns + "exact) VALUES (" + places + "?)" +
+         form.OrNothing();
+}
+
+std::string UpdateSql(const SqlForm& form, const TableDef& table) {
+  std::string sql = "UPDATE " + form.Name(table.name) + " SET ";
+  for (const FieldDef& field : table.fields) sql += form.Name(field.name) + " = ?, ";
+  for (const KeyDef& key : table.keys) sql += KeyColumn(form, key) + " = ?, ";
+  return sql + "exact = ? WHERE id = ?";
+}
+
+std::string DeleteSql(const SqlForm& form, const TableDef& table) {
+  return "DELETE FROM " + form.Name(table.name) + " WHERE id = ?";
+}
+
+std::string SelectSql(const SqlForm& form, const TableDef& table) {
+  std::string sql = "SELECT id, exact";
+  for (const FieldDef& field : table.fields) sql += ", " + form.Name(field.name);
+  return sql + " FROM " + form.Name(table.name);
+}
+
+std::string SelectByIdSql(const SqlForm& form, const TableDef& table) {
+  return SelectSql(form, table) + " WHERE id = ?";
+}
+
+std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward) {
+  const std::string column = KeyColumn(form, key);
+  return forward ? " ORDER BY " + column + ", id" : " ORDER BY " + column + " DESC, id DESC";
+}
+
+}  // namespace kova::store
