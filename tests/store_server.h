@@ -25,7 +25,9 @@ inline bool OnServer() { return !Environment("KOVA_TEST_SERVER").empty(); }
 /// where there is no server.
 inline void PutOnServer(const std::string& folder, const std::string& database, const std::string& more = {}) {
   if (!OnServer()) return;
-  const std::string text = "[Server]\r\nKind=" + Environment("KOVA_TEST_SERVER") +
+  // Under Wine the Unix drivers serve Windows programs, too.
+  const std::string kind = Environment("KOVA_TEST_SERVER");
+  const std::string text = "[Server]\r\nKind=" + kind + "\r\nDriver=" + kind + " Unicode" +
                            "\r\nHosts=" + Environment("KOVA_TEST_HOSTS") + "\r\nDatabase=" + database +
                            "\r\nAccount=" + Environment("KOVA_DB_ACCOUNT") + "\r\n" + more;
   (void)os::RealFiles().Replace(os::JoinPath(folder, "kova.server"), text);
