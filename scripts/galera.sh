@@ -1,0 +1,5 @@
+#!/bin/bash
+# galera.sh
+set -uo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/servers.sh"
+server_command "${KOVA_SERVER_NAME:-galera}" "$@"
