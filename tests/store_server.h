@@ -1,9 +1,8 @@
 #pragma once
 
 // The store that a test program works on: the embedded one or, where the environment names a server, that one.
-//   KOVA_TEST_SERVER    the server's kind as in kova.server
-//   KOVA_TEST_HOSTS     its hosts
-//   KOVA_DB_ACCOUNT, KOVA_DB_PASSWORD   an account that may make databases
+//   KOVA_SERVER_KIND, KOVA_SERVER_HOSTS   as in kova.server
+//   KOVA_DB_ACCOUNT, KOVA_DB_PASSWORD     an account that may make databases
 
 #include <cstdlib>
 #include <string>
@@ -19,16 +18,16 @@ inline std::string Environment(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-inline bool OnServer() { return !Environment("KOVA_TEST_SERVER").empty(); }
+inline bool OnServer() { return !Environment("KOVA_SERVER_KIND").empty(); }
 
 /// Says in an existing folder that its records live on the test's server, in a database of that name; nothing
 /// where there is no server.
 inline void PutOnServer(const std::string& folder, const std::string& database, const std::string& more = {}) {
   if (!OnServer()) return;
   // Under Wine the Unix drivers serve Windows programs, too.
-  const std::string kind = Environment("KOVA_TEST_SERVER");
+  const std::string kind = Environment("KOVA_SERVER_KIND");
   const std::string text = "[Server]\r\nKind=" + kind + "\r\nDriver=" + kind + " Unicode" +
-                           "\r\nHosts=" + Environment("KOVA_TEST_HOSTS") + "\r\nDatabase=" + database +
+                           "\r\nHosts=" + Environment("KOVA_SERVER_HOSTS") + "\r\nDatabase=" + database +
                            "\r\nAccount=" + Environment("KOVA_DB_ACCOUNT") + "\r\n" + more;
   (void)os::RealFiles().Replace(os::JoinPath(folder, "kova.server"), text);
 }

@@ -42,6 +42,9 @@ class Connection {
   std::uint64_t roundTrips_ = 0;
 };
 
+/// How a column's text is handed over.
+enum class TextForm { kUtf16, kUtf8Bytes };
+
 /// A result as texts, UTF-8.
 using Rows = std::vector<std::vector<std::string>>;
 

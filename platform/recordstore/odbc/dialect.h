@@ -24,6 +24,8 @@ class Dialect : public SqlForm {
   /// Ends that session when it is still there.
   virtual std::string EndSessionSql(std::string_view session) const = 0;
 
+  /// How texts go through the driver.
+  virtual odbc::TextForm Texts() const { return odbc::TextForm::kUtf16; }
   virtual std::string Bytes(std::string_view bytes) const = 0;
   /// A condition for the records behind or before (key, id) in the order of the key. `parameters` gets a letter for each
   /// of its parameters: k the key, i the id.

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/text932/cp932.h"
-
 namespace kova::store::odbc {
 namespace {
 
 std::size_t Aligned(std::size_t size) { return (size + 7) / 8 * 8; }
+
+/// Bytes of a text of the field, a terminator included. No byte of code page 932 takes more than three in UTF-8.
+std::size_t TextSize(const FieldDef& field, TextForm texts) {
+  return texts == TextForm::kUtf16 ? (field.width + 1) * sizeof(char16_t) : field.width * 3 + 1;
+}
 
 SQLLEN LengthAt(const char* row, std::size_t offset) {
   SQLLEN length = 0;
@@ -18,7 +21,8 @@ SQLLEN LengthAt(const char* row, std::size_t offset) {
 
 }  // namespace
 
-RecordRows::RecordRows(const TableDef& table, std::size_t rows) : table_(table), capacity_(rows) {
+RecordRows::RecordRows(const TableDef& table, TextForm texts, std::size_t rows)
+    : table_(table), texts_(texts), capacity_(rows) {
   stride_ = sizeof(std::int64_t);  // the id, which is never NULL
   const auto add = [&](const FieldDef* field, std::size_t size) {
     columns_.push_back({field, stride_, size});
@@ -26,7 +30,7 @@ RecordRows::RecordRows(const TableDef& table, std::size_t rows) : table_(table),
   };
   add(nullptr, table.recordSize);
   for (const FieldDef& field : table.fields)
-    add(&field, field.kind == FieldKind::kText ? (field.width + 1) * sizeof(char16_t) : sizeof(std::int32_t));
+    add(&field, field.kind == FieldKind::kText ? TextSize(field, texts_) : sizeof(std::int32_t));
   bytes_.resize(stride_ * capacity_);
 }
 
@@ -37,9 +41,9 @@ bool RecordRows::Bind(Statement& statement) {
                 statement.BindColumn(1, SQL_C_SBIGINT, Row(0), sizeof(std::int64_t), nullptr);
   int at = 2;
   for (const Column& column : columns_) {
-    const int type = column.field == nullptr                        ? SQL_C_BINARY
-                     : column.field->kind == FieldKind::kText ? SQL_C_WCHAR
-                                                                    : SQL_C_SLONG;
+    const bool isText = column.field != nullptr && column.field->kind == FieldKind::kText;
+    const bool isBytes = column.field == nullptr || (isText && texts_ == TextForm::kUtf8Bytes);
+    const int type = isBytes ? SQL_C_BINARY : isText ? SQL_C_WCHAR : SQL_C_SLONG;
     auto* length = reinterpret_cast<SQLLEN*>(Row(0) + column.offset);
     worked = worked && statement.BindColumn(at++, type, Row(0) + column.offset + sizeof(SQLLEN), column.size, length);
   }
@@ -78,22 +82,25 @@ void RecordRows::Decode(std::size_t at, RecordBlock& block) const {
     }
     // Most fields of most records are empty, as the block's place for a record begins.
     if (length <= 0 && exactRecord == nullptr && length != SQL_NO_TOTAL) continue;
-    const std::size_t most = column.size / sizeof(char16_t) - 1;
-    const std::size_t count = length == SQL_NO_TOTAL
-                                  ? most
-                                  : std::min(static_cast<std::size_t>(std::max<SQLLEN>(length, 0)) / 2, most);
-    TextFromColumn(std::u16string_view(reinterpret_cast<const char16_t*>(bytes), count),
-                   exactRecord == nullptr ? nullptr : exactRecord + field.offset, record + field.offset,
-                   field.width);
+    const char* exactField = exactRecord == nullptr ? nullptr : exactRecord + field.offset;
+    const std::size_t size = length == SQL_NO_TOTAL ? column.size : static_cast<std::size_t>(std::max<SQLLEN>(length, 0));
+    if (texts_ == TextForm::kUtf8Bytes) {
+      TextFromColumn(std::string_view(bytes, std::min(size, column.size)), exactField, record + field.offset,
+                     field.width);
+    } else {
+      const std::size_t count = std::min(size / sizeof(char16_t), column.size / sizeof(char16_t) - 1);
+      TextFromColumn(std::u16string_view(reinterpret_cast<const char16_t*>(bytes), count), exactField,
+                     record + field.offset, field.width);
+    }
   }
 }
 
-RecordParameters::RecordParameters(const TableDef& table)
-    : table_(table), fields_(table.fields.size()), keys_(table.keys.size()) {
+RecordParameters::RecordParameters(const TableDef& table, TextForm texts)
+    : table_(table), texts_(texts), fields_(table.fields.size()), keys_(table.keys.size()) {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const FieldDef& field = table.fields[i];
     const bool isText = field.kind == FieldKind::kText;
-    fields_[i].bytes.resize(isText ? field.width * sizeof(char16_t) : sizeof(std::int32_t));
+    fields_[i].bytes.resize(isText ? TextSize(field, texts_) : sizeof(std::int32_t));
   }
   for (std::size_t i = 0; i < keys_.size(); ++i) keys_[i].bytes.resize(table.keys[i].width);
   exact_.bytes.resize(table.recordSize);
@@ -107,7 +114,9 @@ bool RecordParameters::Bind(Statement& statement, int& at) {
   };
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const FieldDef& field = table_.fields[i];
-    if (field.kind == FieldKind::kText)
+    if (field.kind == FieldKind::kText && texts_ == TextForm::kUtf8Bytes)
+      bind(fields_[i], SQL_C_BINARY, SQL_VARBINARY, fields_[i].bytes.size());
+    else if (field.kind == FieldKind::kText)
       bind(fields_[i], SQL_C_WCHAR, SQL_WVARCHAR, field.width);
     else
       bind(fields_[i], SQL_C_SLONG, SQL_INTEGER, 0);
@@ -125,11 +134,18 @@ bool RecordParameters::BindPrimaryKey(Statement& statement, int at) {
 
 void RecordParameters::Set(const char* record) {
   ToColumns(table_, record, columns_);
+  std::size_t texts = 0;
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const FieldDef& field = table_.fields[i];
     Place& place = fields_[i];
     if (field.kind == FieldKind::kText) {
-      const std::u16string text = text932::ToUtf16(GetText(record + field.offset, field.width));
+      const std::string& utf8 = columns_.texts[texts++];
+      if (texts_ == TextForm::kUtf8Bytes) {
+        place.length = static_cast<SQLLEN>(utf8.size());
+        std::memcpy(place.bytes.data(), utf8.data(), utf8.size());
+        continue;
+      }
+      const std::u16string text = Utf16Of(utf8);
       place.length = static_cast<SQLLEN>(text.size() * sizeof(char16_t));
       std::memcpy(place.bytes.data(), text.data(), static_cast<std::size_t>(place.length));
     } else {

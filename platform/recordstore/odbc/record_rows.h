@@ -15,7 +15,7 @@ namespace kova::store::odbc {
 class RecordRows {
  public:
   /// At most `rows` of them at a time.
-  RecordRows(const TableDef& table, std::size_t rows);
+  RecordRows(const TableDef& table, TextForm texts, std::size_t rows);
   RecordRows(const RecordRows&) = delete;
   RecordRows& operator=(const RecordRows&) = delete;
 
@@ -34,6 +34,7 @@ class RecordRows {
   const char* Row(std::size_t row) const { return bytes_.data() + row * stride_; }
 
   const TableDef& table_;
+  TextForm texts_;
   std::size_t capacity_;
   std::size_t stride_ = 0;
   std::vector<Column> columns_;
@@ -44,7 +45,7 @@ class RecordRows {
 /// Buffers for a record's fields, keys and exact bytes, in that order.
 class RecordParameters {
  public:
-  explicit RecordParameters(const TableDef& table);
+  RecordParameters(const TableDef& table, TextForm texts);
   RecordParameters(const RecordParameters&) = delete;
   RecordParameters& operator=(const RecordParameters&) = delete;
 
@@ -61,6 +62,7 @@ class RecordParameters {
   };
 
   const TableDef& table_;
+  TextForm texts_;
   std::vector<Place> fields_, keys_;
   Place exact_;
   RecordColumns columns_;

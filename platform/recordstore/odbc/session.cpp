@@ -81,8 +81,8 @@ std::string ReadName(const TableDef& table, std::size_t keyIndex, const OwnedRea
 }  // namespace
 
 struct Session::PreparedRead {
-  PreparedRead(Connection& connection, const TableDef& table, std::size_t limit)
-      : statement(connection), rows(table, std::min(limit, kRowsAtOnce)) {}
+  PreparedRead(Connection& connection, const TableDef& table, TextForm texts, std::size_t limit)
+      : statement(connection), rows(table, texts, std::min(limit, kRowsAtOnce)) {}
   bool Bind(const std::string& parameters) {
     int at = 1;
     bool worked = rows.Bind(statement);
@@ -110,7 +110,8 @@ struct Session::PreparedRead {
 };
 
 struct Session::PreparedWrite {
-  PreparedWrite(Connection& connection, const TableDef& table) : statement(connection), record(table) {}
+  PreparedWrite(Connection& connection, const TableDef& table, TextForm texts)
+      : statement(connection), record(table, texts) {}
   bool BindId(int at) {
     return statement.BindParameter(at, SQL_C_SBIGINT, SQL_BIGINT, 0, &id, sizeof id, nullptr);
   }
@@ -152,7 +153,7 @@ Result Session::Run(std::string_view sql) {
 
 Result Session::ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block) {
   Statement statement(connection_);
-  RecordRows buffer(table, std::min(rows, kRowsAtOnce));
+  RecordRows buffer(table, dialect_->Texts(), std::min(rows, kRowsAtOnce));
   bool has = true;
   if (!buffer.Bind(statement) || !statement.ExecuteText(sql)) return Failed();
   while (has) {
@@ -176,7 +177,7 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
   auto found = reads_.find(name);
   if (found == reads_.end()) {
     const ReadStatement read = MakeRead(*dialect_, table, key, from, limit);
-    auto prepared = std::make_unique<PreparedRead>(connection_, table, limit);
+    auto prepared = std::make_unique<PreparedRead>(connection_, table, dialect_->Texts(), limit);
     if (!prepared->statement.Prepare(read.sql) || !prepared->Bind(read.parameters)) return Failed();
     found = reads_.emplace(std::move(name), std::move(prepared)).first;
   }
@@ -212,7 +213,7 @@ Result Session::ReadById(const TableDef& table, RecordId id, RecordBlock& block)
   std::string name = "id " + std::string(table.name);
   auto found = reads_.find(name);
   if (found == reads_.end()) {
-    auto prepared = std::make_unique<PreparedRead>(connection_, table, 1);
+    auto prepared = std::make_unique<PreparedRead>(connection_, table, dialect_->Texts(), 1);
     if (!prepared->statement.Prepare(SelectByIdSql(*dialect_, table)) || !prepared->Bind("i")) return Failed();
     found = reads_.emplace(std::move(name), std::move(prepared)).first;
   }
@@ -228,7 +229,7 @@ Session::PreparedWrite* Session::WriteStatement(const TableDef& table, char what
   std::string name = what + std::string(table.name);
   const auto found = writes_.find(name);
   if (found != writes_.end()) return found->second.get();
-  auto prepared = std::make_unique<PreparedWrite>(connection_, table);
+  auto prepared = std::make_unique<PreparedWrite>(connection_, table, dialect_->Texts());
   int at = 1;
   bool worked = false;
   if (what == 'i') {
