@@ -4,6 +4,7 @@
 
 #include "platform/os/drives.h"
 #include "platform/recordstore/engine.h"
+#include "platform/recordstore/odbc/server_settings.h"
 
 using kova::store::Result;
 
@@ -76,6 +77,27 @@ int KovaShareDatabase(const char* folder) try {
   std::string problem;
   (void)kova::store::OpenEngine(folder == nullptr ? "" : folder, true, result, problem);
   return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
+int KovaDescribeServer(const char* folder, std::string& text) try {
+  const std::string_view name = folder == nullptr ? "" : folder;
+  kova::store::ServerSettings settings;
+  if (!kova::store::HasServerFile(name)) return static_cast<int>(Result::kNoDatabase);
+  std::string problem;
+  const Result result = kova::store::ReadServerFile(name, settings, problem);
+  text = settings.kind;
+  for (const kova::store::ServerAddress& host : settings.hosts)
+    text += (&host == settings.hosts.data() ? " " : ", ") + host.Text();
+  return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
+int KovaStoreServerPassword(const char* folder, const char* password) try {
+  if (folder == nullptr || password == nullptr) return static_cast<int>(Result::kBadArgument);
+  return static_cast<int>(kova::store::StoreServerPassword(folder, password));
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);
 }

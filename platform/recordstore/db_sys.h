@@ -91,3 +91,11 @@ KOVADBCALL_API int KovaCreateDatabase(const char* folder, std::string* problem =
 /// mode that works on one machine only, for good. Result 16 while a program has it open in that mode. 0 for
 /// success.
 KOVADBCALL_API int KovaShareDatabase(const char* folder);
+
+/// Where the records of a folder live, as "PostgreSQL desk1:5432, desk2:5432", in `text` (code page 932): 0 when that is on
+/// a server, result NoDatabase when the folder says nothing of one, else the result for a file that cannot be used.
+KOVADBCALL_API int KovaDescribeServer(const char* folder, std::string& text);
+
+/// Keeps the password of the account that a folder's server is used with, for this user of this workstation, protected as
+/// the system protects such data. 0 for success.
+KOVADBCALL_API int KovaStoreServerPassword(const char* folder, const char* password);

@@ -8,6 +8,7 @@ namespace kova::practice {
 namespace {
 
 constexpr std::string_view kMarker = "INDEXCONTROL.BTR";
+constexpr std::string_view kServerFile = "kova.server";
 constexpr std::string_view kTemplate = "KovaEmptyDB\\";
 constexpr char kSection[] = "GLOBAL";
 constexpr char kKey[] = "DATABASE";
@@ -26,13 +27,16 @@ FolderUse UseFolder(os::Files& files, os::ApplicationProfile& profile, CKovaDBSy
   if (!profile.WriteString(kSection, kKey, path)) return FolderUse::kNotStored;
   if (db == nullptr) return FolderUse::kDone;
   db->CloseDB();
-  if (db->OpenDB(path.c_str()) == 0) return FolderUse::kDone;
+  const int result = db->OpenDB(path.c_str());
+  if (result == 0) return FolderUse::kDone;
   db->CloseDB();
-  return FolderUse::kNotConnected;
+  return result == static_cast<int>(store::Result::kNoAccess) ? FolderUse::kNoAccess : FolderUse::kNotConnected;
 }
 
 bool HoldsDatabase(os::Files& files, std::string_view folder) {
-  return files.Kind(CTools::LastDelimAdd(folder).append(kMarker)) != os::PathKind::kNothing;
+  const std::string path = CTools::LastDelimAdd(folder);
+  return files.Kind(path + std::string(kMarker)) != os::PathKind::kNothing ||
+         files.Kind(path + std::string(kServerFile)) != os::PathKind::kNothing;
 }
 
 std::string EmptyDatabaseFolder(std::string_view programFolder) {

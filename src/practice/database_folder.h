@@ -21,6 +21,7 @@ enum class FolderUse {
   kDone,          // stored, and the connection, if there is one, is open on it
   kNoFolder,      // there is no such folder; nothing was done
   kNotStored,     // the profile cannot be written; the connection is as it was
+  kNoAccess,      // stored, but its server wants a password, or another one; the connection is closed
   kNotConnected,  // stored, but it cannot be opened; the connection is closed
 };
 

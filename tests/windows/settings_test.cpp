@@ -11,7 +11,9 @@
 #include "hosts/person/window_driver.h"
 #include "mail/win32/mail_settings_dialog.h"
 #include "platform/os/application_profile.h"
+#include "platform/os/clock.h"
 #include "platform/os/error_text.h"
+#include "practice/win32/server_password_dlg.h"
 #include "practice/win32/setting_dlg.h"
 #include "tests/windows/window_practice.h"
 
@@ -167,6 +169,39 @@ TEST_F(SettingsWindows, EmptyDatabaseIsMadeOnceAndOnlyWhenSaidYes) {
   EXPECT_EQ(StoredFolder(), practice_.Folder());
   CKovaDBSys db;
   EXPECT_EQ(db.OpenDB(made.c_str()), 0);
+}
+
+TEST_F(SettingsWindows, AServersPasswordIsAskedForOnceAndItsDriverIsNamed) {
+  const std::string folder = practice_.Folder() + "サーバー";
+  (void)kova::os::RealFiles().MakeFolder(folder);
+  (void)kova::os::RealFiles().Create(folder + "\\INDEXCONTROL.BTR", "");
+  // The password is kept for this user: no other run has this account.
+  (void)kova::os::RealFiles().Create(
+      folder + "\\kova.server", "[Server]\r\nKind=PostgreSQL\r\nHosts=127.0.0.1:1, desk2.example.jp\r\nDatabase=kova\r\n"
+                                "Driver=No Such Driver\r\nAccount=desk" + std::to_string(kova::os::UtcMilliseconds()) + "\r\n");
+  int result = 0;
+  Work([&] { result = CKovaComDlg::OpenSettingDBPath(&practice_.Database(), nullptr); },
+       [&] {
+         HWND dialog = Dialog(kFolderTitle);
+         PutIn(dialog, Folder::kFolder, folder);
+         Press(dialog, Folder::kTest);
+         HWND password = Dialog("データベースサーバーのパスワード");
+         EXPECT_EQ(Faults(password), "");
+         PutIn(password, kova::practice::ServerPasswordDlg::kPassword, "秘密");
+         Photograph(password, "server_password");
+         Press(password, IDOK);
+         HWND refused = MessageBoxWindow("No Such Driver");
+         Photograph(refused, "server_refused");
+         Dismiss(dialog, refused);
+         EXPECT_NE(Shown(Item(dialog, Folder::kNote)).find("PostgreSQL 127.0.0.1:1, desk2.example.jp"), std::string::npos);
+         Photograph(dialog, "database_folder_server");
+         Press(dialog, Folder::kTest);  // the password is there now
+         Dismiss(dialog, MessageBoxWindow("No Such Driver"));
+         PressKey(FocusOf(dialog), VK_ESCAPE);
+         WaitUntilClosed(dialog);
+       });
+  EXPECT_EQ(result, IDCANCEL);
+  EXPECT_FALSE(practice_.Database().IsOpen());
 }
 
 TEST_F(SettingsWindows, MailSettingsAreShownAndStored) {

@@ -58,7 +58,18 @@ std::string SecretName(const ServerSettings& settings) {
   return name;
 }
 
-Result ReadFile(std::string_view folder, ServerSettings& settings, std::string& problem) {
+}  // namespace
+
+std::string ServerAddress::Text() const {
+  const bool hasColon = host.find(':') != std::string::npos;
+  return (hasColon ? "[" + host + "]" : host) + (port == 0 ? std::string() : ":" + std::to_string(port));
+}
+
+bool HasServerFile(std::string_view folder) {
+  return !folder.empty() && os::RealFiles().Kind(os::JoinPath(folder, kServerFile)) == os::PathKind::kFile;
+}
+
+Result ReadServerFile(std::string_view folder, ServerSettings& settings, std::string& problem) {
   std::string content;
   const std::string path = os::JoinPath(folder, kServerFile);
   if (os::RealFiles().Read(path, kLargestFile, content) != os::FileOutcome::kOk) {
@@ -90,19 +101,8 @@ Result ReadFile(std::string_view folder, ServerSettings& settings, std::string& 
   return Result::kDone;
 }
 
-}  // namespace
-
-std::string ServerAddress::Text() const {
-  const bool hasColon = host.find(':') != std::string::npos;
-  return (hasColon ? "[" + host + "]" : host) + (port == 0 ? std::string() : ":" + std::to_string(port));
-}
-
-bool HasServerFile(std::string_view folder) {
-  return !folder.empty() && os::RealFiles().Kind(os::JoinPath(folder, kServerFile)) == os::PathKind::kFile;
-}
-
 Result ReadServerSettings(std::string_view folder, ServerSettings& settings, std::string& problem) {
-  const Result read = ReadFile(folder, settings, problem);
+  const Result read = ReadServerFile(folder, settings, problem);
   if (read != Result::kDone) return read;
   const char* account = std::getenv("KOVA_DB_ACCOUNT");
   if (account != nullptr && *account != 0) settings.account = account;
@@ -117,9 +117,10 @@ Result ReadServerSettings(std::string_view folder, ServerSettings& settings, std
   return Result::kDone;
 }
 
-Result StoreServerPassword(std::string_view folder, std::string_view password, std::string& problem) {
+Result StoreServerPassword(std::string_view folder, std::string_view password) {
   ServerSettings settings;
-  const Result read = ReadFile(folder, settings, problem);
+  std::string problem;
+  const Result read = ReadServerFile(folder, settings, problem);
   if (read != Result::kDone) return read;
   return os::StoreSecret(SecretName(settings), password) ? Result::kDone : Result::kFailed;
 }

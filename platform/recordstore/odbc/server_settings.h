@@ -33,12 +33,14 @@ struct ServerSettings {
 /// True when the folder (code page 932) has such a file.
 bool HasServerFile(std::string_view folder);
 
-/// Reads it, and the password that is kept on this workstation. kBadArgument and a line in `problem` when it
-/// cannot be used. The environment's KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD win over what is stored.
+/// Reads it. kBadArgument and a line in `problem` when it cannot be used.
+Result ReadServerFile(std::string_view folder, ServerSettings& settings, std::string& problem);
+
+/// The same, and the password that is kept on this workstation; kNoAccess where there is none. The environment's KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD win over what is stored.
 Result ReadServerSettings(std::string_view folder, ServerSettings& settings, std::string& problem);
 
 /// Keeps the password of the folder's account for this user of this workstation.
-Result StoreServerPassword(std::string_view folder, std::string_view password, std::string& problem);
+Result StoreServerPassword(std::string_view folder, std::string_view password);
 
 /// True for a server that runs on this machine: encryption would protect nothing.
 bool IsThisMachine(std::string_view host);

@@ -7,8 +7,10 @@
 #include "foundation/string_table.h"
 #include "platform/os/drives.h"
 #include "platform/os/error_text.h"
+#include "platform/text932/cp932.h"
 #include "platform/toollib/tools.h"
 #include "platform/toollib/win32/browse_for_folder.h"
+#include "practice/win32/server_password_dlg.h"
 #include "window/message_prompts.h"
 #include "window/work_dialog.h"
 
@@ -32,6 +34,10 @@ constexpr std::string_view kOnNetwork =
     "最初の接続で、データベースは共有用の方式に切り替わり、元に戻りません。\n"
     "そのときは、フォルダのあるパソコンで、データベースを使うプログラムを\n"
     "すべて終了しておいてください。";
+constexpr std::string_view kOnServer = "データはデータベースサーバーにあります。\n";
+constexpr std::string_view kServerDoesNotAnswer =
+    "データベースサーバーに接続できませんでした。\n"
+    "サーバーとネットワークを確認してください。";
 constexpr std::string_view kOnMachine = "このパソコンのフォルダです。";
 
 FileOutcome ErrorOf(FolderUse use) {
@@ -93,13 +99,48 @@ void CSettingDlg::Browse() {
 bool CSettingDlg::Apply() {
   if (!TakeText(kFolder, dbFolder_)) return false;
   dbFolder_ = CTools::LastDelimAdd(dbFolder_);
-  const FolderUse use = UseFolder(desk_.files, desk_.profile, desk_.db, dbFolder_);
+  FolderUse use = Use();
+  while (use == FolderUse::kNoAccess && AskPassword()) use = Use();
+  ShowNote();
   if (use == FolderUse::kDone) return true;
   const MessagePrompts prompts(Handle());
-  prompts.Fail(use == FolderUse::kNotConnected ? std::string(StringTableText(foundation::kTextCannotConnect))
-                                               : os::SystemErrorText(ErrorOf(use)));
+  prompts.Fail(WhyNot(use));
   Focus(kFolder);
   return false;
+}
+
+FolderUse CSettingDlg::Use() {
+  FolderUse use = FolderUse::kNotConnected;
+  window::WorkDialog dialog("データベースへの接続", window::WorkDialog::Kind::kWaiting);
+  // A server that does not answer is waited for.
+  (void)dialog.Run(Handle(), [&](foundation::Progress& progress) {
+    progress.Begin("データベースに接続しています");
+    use = UseFolder(desk_.files, desk_.profile, desk_.db, dbFolder_);
+  });
+  return use;
+}
+
+bool CSettingDlg::AskPassword() {
+  ServerPasswordDlg dialog(ServerText());
+  return dialog.RunModal(Handle()) == IDOK &&
+         KovaStoreServerPassword(dbFolder_.c_str(), dialog.Password().c_str()) == 0;
+}
+
+std::string CSettingDlg::ServerText() const {
+  std::string text;
+  return KovaDescribeServer(CTools::LastDelimAdd(dbFolder_).c_str(), text) == static_cast<int>(store::Result::kNoDatabase)
+             ? std::string()
+             : text;
+}
+
+std::string CSettingDlg::WhyNot(FolderUse use) const {
+  if (use == FolderUse::kNoFolder || use == FolderUse::kNotStored) return os::SystemErrorText(ErrorOf(use));
+  if (ServerText().empty()) return std::string(StringTableText(foundation::kTextCannotConnect));
+  // The first lines are for the receptionist, the last for whoever she calls.
+  const std::string& problem = desk_.db->GetProblem();
+  std::string said(problem.size() * 2, ' ');
+  said.resize(text932::FromUtf8Into(problem, said.data(), said.size()));
+  return std::string(kServerDoesNotAnswer) + "\n\n" + said;
 }
 
 void CSettingDlg::OnOk() {
@@ -129,6 +170,9 @@ void CSettingDlg::ShowNote() {
   if (!TakeText(kFolder, folder)) return;
   const bool isThere = desk_.files.Kind(folder) == os::PathKind::kFolder;
   const bool isRemote = os::IsRemoteFolder(folder);
+  std::string server;
+  if (isThere && KovaDescribeServer(folder.c_str(), server) != static_cast<int>(store::Result::kNoDatabase))
+    return ShowText(kNote, std::string(kOnServer) + server);
   ShowText(kNote, isRemote ? kOnNetwork : isThere ? kOnMachine : std::string_view());
 }
 

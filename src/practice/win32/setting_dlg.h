@@ -33,6 +33,12 @@ class CSettingDlg final : public window::Dialog {
   void Browse();
   /// True when the folder was taken; else it has been said why not.
   bool Apply();
+  FolderUse Use();
+  /// Asks for the password of the folder's server and keeps it; false when the user gave up.
+  bool AskPassword();
+  /// The server of the folder; empty when its records lie in it.
+  std::string ServerText() const;
+  std::string WhyNot(FolderUse use) const;
   void MakeEmpty();
   /// Says of a folder on another machine what that means.
   void ShowNote();
