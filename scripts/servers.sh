@@ -467,11 +467,12 @@ server_start() {
   server_facts
 }
 
-# node_stop N SIGNAL
+# node_signal N SIGNAL; a PostgreSQL server stands still only with its children.
 node_signal() {
-  local pid
+  local pid children=
   pid=$(node_pid "$1") || return 0
-  kill "-$2" "$pid" 2>/dev/null || true
+  case $2 in STOP | CONT) children=$(cat "/proc/$pid/task/$pid/children" 2>/dev/null) ;; esac
+  kill "-$2" "$pid" $children 2>/dev/null || true
 }
 
 # server_stop NAME: within seconds; one that does not end when asked is ended.
