@@ -378,25 +378,37 @@ node_lay_out() {
   [ "$(id -u)" -ne 0 ] || chown -R "${as[1]#*=}:${as[2]#*=}" "$home"
 }
 
-# Addresses and ports: those of the last time, unless somebody listens there by now.
+# Addresses and ports. On loopback those of the last time, unless somebody listens there by now; a server called net-... has a
+# machine of its own, see cluster_net.sh.
 server_addresses() {
   local n port
+  if [[ $name = net-* ]]; then
+    for n in $nodes; do
+      node_port[n]=5432 node_address[n]=$(net_address "$kind" "$n") node_space[n]=$(net_space "$kind" "$n")
+      [ "$kind" = postgres ] || node_port[n]=3306 node_group_port[n]=4567 node_ist_port[n]=4568 node_sst_port[n]=4444
+    done
+    return
+  fi
   for n in $nodes; do
     for port in "${node_port[$n]:-0}" "${node_group_port[$n]:-1}" "${node_ist_port[$n]:-1}" "${node_sst_port[$n]:-1}"; do
-      [ "$port" -ne 0 ] && [ -z "$(ss -Htln "sport = :$port")" ] || unset node_port
+      [ "$port" -ne 0 ] && [ -z "$(ss -Htln "sport = :$port")" ] || node_port=()
     done
   done
-  [ -z "${node_port+x}" ] || return 0
+  [ ${#node_port[@]} -eq 0 ] || return 0
   for n in $nodes; do
     node_address[n]=127.0.0.1
-    free_port; node_port[n]=$free_port
-    if [ "$kind" = galera ]; then
-      free_port; node_group_port[n]=$free_port
-      free_port; node_ist_port[n]=$free_port
-      free_port; node_sst_port[n]=$free_port
-    fi
+    free_port && node_port[n]=$free_port
+    [ "$kind" = galera ] || continue
+    free_port && node_group_port[n]=$free_port
+    free_port && node_ist_port[n]=$free_port
+    free_port && node_sst_port[n]=$free_port
   done
 }
+
+# A machine's name and its address in the network of cluster_net.sh; the name is this checkout's own.
+net_tag=kova-$(cksum <<<"$servers" | cut -d' ' -f1)
+net_space() { echo "$net_tag-$1$2"; }
+net_address() { [ "$1" = galera ] && echo "10.77.0.1$2" || echo 10.77.0.21; }
 
 server_facts() {
   local hosts= pids= n
