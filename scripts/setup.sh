@@ -12,7 +12,7 @@ needed=(
   g++-mingw-w64-x86-64-posix:/usr/bin/x86_64-w64-mingw32-g++-posix
   wine64:/usr/lib/wine/wine64 xvfb:/usr/bin/Xvfb
   imagemagick:/usr/bin/convert chromium:/usr/bin/chromium
-  locales:/usr/share/i18n/locales/ja_JP
+  unixodbc-dev:/usr/include/sql.h locales:/usr/share/i18n/locales/ja_JP
   fonts-wine:/usr/share/wine/fonts/marlett.ttf fonts-vlgothic:/usr/share/fonts/truetype/vlgothic/VL-PGothic-Regular.ttf
 )
 missing=()

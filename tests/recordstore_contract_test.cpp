@@ -8,6 +8,7 @@
 
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "tests/store_server.h"
 
 namespace {
 
@@ -20,8 +21,10 @@ constexpr int Code(Result result) { return static_cast<int>(result); }
 class RecordStore : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str()), 0);
-    ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
+    kova::testing::PutOnServer(folder_.Path(), kova::testing::NewDatabaseName());
+    std::string problem;
+    ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+    ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0) << db_.GetProblem();
   }
 
   static void PutReservation(CKovaDBSys& db, const char* number, const char* date, const char* time) {

@@ -12,7 +12,7 @@
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/engine.h"
+#include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "tests/child_process.h"
 #include "tests/failing_vfs.h"
@@ -46,7 +46,7 @@ int MakeSale(CKovaDBSys& db, CString& number) {
 
 // An empty database in a folder; of a network drive when `network`, which decides its journal.
 void Create(const os::testing::TemporaryFolder& folder, bool network = false) {
-  ASSERT_EQ(store::CreateDatabase(folder.Path(), network), Result::kDone);
+  ASSERT_EQ(store::CreateSqliteDatabase(folder.Path(), network), Result::kDone);
 }
 
 // On one machine with write-ahead logging, and as on a network drive with a rollback journal.
@@ -174,20 +174,20 @@ TEST(RecordStoreFaults, ADatabaseOpenedOverTheNetworkLeavesWriteAheadModeForGood
   Result result = Result::kFailed;
   store::RecordId id = 0;
   {
-    const auto local = store::OpenEngine(folder.Path(), false, result);
+    const auto local = store::OpenSqliteEngine(folder.Path(), false, result);
     ASSERT_EQ(result, Result::kDone);
     ASSERT_EQ(JournalMode(folder), 2);
     std::int64_t stamp = 0;
     ASSERT_EQ(local->ChangeStamp(table, stamp), Result::kDone) << "it is held from the first read on";
-    EXPECT_EQ(store::OpenEngine(folder.Path(), true, result), nullptr);
+    EXPECT_EQ(store::OpenSqliteEngine(folder.Path(), true, result), nullptr);
     EXPECT_EQ(result, Result::kLocalOnly) << "held in local mode on its own machine";
     EXPECT_EQ(local->Insert(table, record.data(), id), Result::kDone) << "whoever holds it is not disturbed";
     EXPECT_EQ(local->Delete(table, id), Result::kDone);
   }
-  const auto remote = store::OpenEngine(folder.Path(), true, result);
+  const auto remote = store::OpenSqliteEngine(folder.Path(), true, result);
   ASSERT_EQ(result, Result::kDone);
   EXPECT_EQ(JournalMode(folder), 1);
-  const auto local = store::OpenEngine(folder.Path(), false, result);
+  const auto local = store::OpenSqliteEngine(folder.Path(), false, result);
   ASSERT_EQ(result, Result::kDone);
   EXPECT_EQ(remote->Insert(table, record.data(), id), Result::kDone);
   EXPECT_EQ(local->Delete(table, id), Result::kDone);
@@ -200,9 +200,9 @@ TEST(RecordStoreFaults, ASharedDatabaseStaysShared) {
   {
     const os::testing::TemporaryFolder folder("faults");
     Create(folder);
-    const auto remote = store::OpenEngine(folder.Path(), true, result);
+    const auto remote = store::OpenSqliteEngine(folder.Path(), true, result);
     ASSERT_EQ(result, Result::kDone);
-    const auto local = store::OpenEngine(folder.Path(), false, result);
+    const auto local = store::OpenSqliteEngine(folder.Path(), false, result);
     ASSERT_EQ(result, Result::kDone);
     EXPECT_EQ(JournalMode(folder), 1);
   }

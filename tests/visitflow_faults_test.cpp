@@ -7,7 +7,7 @@
 
 #include "foundation/settings.h"
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/engine.h"
+#include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "tests/failing_vfs.h"
 #include "visitflow/moves.h"
@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, MoveInBothModes, ::testing::Bool(),
 
 TEST_P(MoveInBothModes, AFailingDiskLeavesEverythingAsItWas) {
   const os::testing::TemporaryFolder folder("visitflow_faults");
-  ASSERT_EQ(store::CreateDatabase(folder.Path(), GetParam()), store::Result::kDone);
+  ASSERT_EQ(store::CreateSqliteDatabase(folder.Path(), GetParam()), store::Result::kDone);
   CKovaDBSys db;
   ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
   ASSERT_EQ(visitflow::testing::FillPractice(db), 0);

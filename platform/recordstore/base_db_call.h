@@ -88,6 +88,8 @@ class KOVADBCALL_API CBaseDBCall {
 
   /// For this library's own use. Null when not bound or when the connection was closed since.
   kova::store::Engine* GetEngine();
+  /// The same.
+  kova::store::Cursor& GetCursor() { return *cursor_; }
 
  protected:
   /// `buffer` is the derived object's record buffer. File name and mode are taken for the sake of the callers

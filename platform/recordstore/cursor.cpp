@@ -187,4 +187,14 @@ Result Cursor::Delete() {
   return result;
 }
 
+Cursor::Mark Cursor::GetMark() const {
+  if (!hasRecord_) return {false, {}};
+  return {true, block_.Size() > 0 ? std::string(block_.Record(at_), table_.recordSize) : original_};
+}
+
+void Cursor::ReturnTo(const Mark& mark) {
+  hasRecord_ = mark.hasRecord && hasPosition_;
+  if (hasRecord_ && block_.Size() == 0) original_ = mark.original;
+}
+
 }  // namespace kova::store

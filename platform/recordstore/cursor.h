@@ -53,6 +53,14 @@ class Cursor {
   Result Update(bool onlyUnchanged);
   Result Delete();
 
+  /// The current record, for coming back to it after an Update or a Delete that the store took back.
+  struct Mark {
+    bool hasRecord;
+    std::string original;
+  };
+  Mark GetMark() const;
+  void ReturnTo(const Mark& mark);
+
  private:
   Result Position(const ReadFrom& from, bool mustEqual);
   Result Step(bool forward);

@@ -13,9 +13,10 @@ CKovaDBSys::~CKovaDBSys() { CloseDB(); }
 
 int CKovaDBSys::OpenDB(const char* folder) try {
   CloseDB();
+  problem_.clear();
   Result result = Result::kFailed;
   const std::string_view name = folder == nullptr ? "" : folder;
-  engine_ = kova::store::OpenEngine(name, kova::os::IsRemoteFolder(name), result);
+  engine_ = kova::store::OpenEngine(name, kova::os::IsRemoteFolder(name), result, problem_);
   return static_cast<int>(result);
 } catch (const std::exception&) {
   CloseDB();
@@ -60,9 +61,11 @@ CKovaReads::~CKovaReads() {
   if (same && db_->GetEngine() != nullptr) db_->GetEngine()->EndReads();
 }
 
-int KovaCreateDatabase(const char* folder) try {
+int KovaCreateDatabase(const char* folder, std::string* problem) try {
   const std::string_view name = folder == nullptr ? "" : folder;
-  return static_cast<int>(kova::store::CreateDatabase(name, kova::os::IsRemoteFolder(name)));
+  std::string unused;
+  return static_cast<int>(kova::store::CreateDatabase(name, kova::os::IsRemoteFolder(name),
+                                                      problem == nullptr ? unused : *problem));
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);
 }
@@ -70,7 +73,8 @@ int KovaCreateDatabase(const char* folder) try {
 int KovaShareDatabase(const char* folder) try {
   // What the first machine does that opens it over a network.
   Result result = Result::kFailed;
-  (void)kova::store::OpenEngine(folder == nullptr ? "" : folder, true, result);
+  std::string problem;
+  (void)kova::store::OpenEngine(folder == nullptr ? "" : folder, true, result, problem);
   return static_cast<int>(result);
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);

@@ -36,6 +36,9 @@ class KOVADBCALL_API CKovaDBSys {
   int OpenDB(const char* folder);
   void CloseDB();
   int IsOpen() const;
+  /// More about why the last OpenDB failed, for the support engineer: the server or driver and its words, UTF-8.
+  /// Empty where the result says it all.
+  const std::string& GetProblem() const { return problem_; }
 
   /// Non-zero: lists that are filled from master tables may be kept with the connection and used while the
   /// table is unchanged. On unless the host turns it off.
@@ -60,6 +63,7 @@ class KOVADBCALL_API CKovaDBSys {
 
  private:
   std::unique_ptr<kova::store::Engine> engine_;
+  std::string problem_;
   std::map<std::string, std::unique_ptr<CKovaKept>, std::less<>> kept_;
   unsigned generation_ = 0;
 };
@@ -79,8 +83,9 @@ class KOVADBCALL_API CKovaReads {
 };
 
 /// Lays out an empty database in a folder, which is made when missing; a folder that holds one is left as it
-/// is. 0 for success, else a number of result.h.
-KOVADBCALL_API int KovaCreateDatabase(const char* folder);
+/// is. For a folder whose records live on a server, the tables are laid out there. 0 for success, else a number of
+/// result.h and, where there is more to say, a line of it in `problem` (UTF-8), which may be null.
+KOVADBCALL_API int KovaCreateDatabase(const char* folder, std::string* problem = nullptr);
 
 /// Prepares the database in a folder for use from other machines, before any of them opens it: it leaves the
 /// mode that works on one machine only, for good. Result 16 while a program has it open in that mode. 0 for

@@ -118,17 +118,22 @@ class Engine {
   /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
   virtual std::uint64_t WriteCount(const TableDef& table) const = 0;
 
+  /// Questions to a distant store so far; 0 where there are none.
+  virtual std::uint64_t RoundTrips() const { return 0; }
+
   /// Checks the whole database; kDamaged and the first finding in `finding` when something is wrong.
   virtual Result CheckIntegrity(std::string& finding) = 0;
 };
 
-/// Opens the database in `folder` (code page 932, as hosts give it). Null and the reason in `result` when it
-/// cannot. `overNetwork`: the folder lies on another machine, which decides how the file may be shared.
-std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result);
+/// Opens the database of `folder` (code page 932, as hosts give it): on the server that a file in it names, or in
+/// the folder itself. Null, the reason in `result` and, where there is more to say, a line in `problem` (UTF-8, for the
+/// support engineer) when it cannot. `overNetwork`: the folder lies on another machine, which decides how a
+/// file may be shared.
+std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result, std::string& problem);
 
-/// Lays out an empty database in `folder`, which is made when missing. Leaves a folder that holds one as it
+/// Lays out an empty database for `folder`, which is made when missing. Leaves one that is there already as it
 /// is and gives kDuplicate.
-Result CreateDatabase(std::string_view folder, bool overNetwork);
+Result CreateDatabase(std::string_view folder, bool overNetwork, std::string& problem);
 
 /// The file that marks a folder as a database folder. Copied last, so that a half-copied folder has none.
 inline constexpr std::string_view kMarkerFile = "INDEXCONTROL.BTR";

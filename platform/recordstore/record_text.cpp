@@ -49,6 +49,15 @@ void TextFromColumn(std::string_view utf8, const char* exactField, char* field, 
   std::memset(field + length, 0, width - length);
 }
 
+void TextFromColumn(std::u16string_view utf16, const char* exactField, char* field, std::size_t width) {
+  if (exactField != nullptr && text932::ToUtf16(GetText(exactField, width)) == utf16) {
+    std::memcpy(field, exactField, width);
+    return;
+  }
+  const std::size_t length = text932::FromUtf16Into(utf16.substr(0, utf16.find(u'\0')), field, width);
+  std::memset(field + length, 0, width - length);
+}
+
 void NumberFromColumn(long long value, FieldKind kind, char* field) {
   if (kind == FieldKind::kUInt8) {
     *reinterpret_cast<std::uint8_t*>(field) = static_cast<std::uint8_t>(std::clamp(value, 0LL, 255LL));

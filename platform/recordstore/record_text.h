@@ -25,6 +25,8 @@ void ToColumns(const TableDef& table, const char* record, RecordColumns& columns
 /// Puts a column's text into a field. `exactField` is the field in the stored bytes, or null: its bytes are
 /// taken when they still say what the column says, so that a column edited with another tool wins.
 void TextFromColumn(std::string_view utf8, const char* exactField, char* field, std::size_t width);
+/// The same from UTF-16.
+void TextFromColumn(std::u16string_view utf16, const char* exactField, char* field, std::size_t width);
 
 /// Puts a column's number into a field, limited to what the field holds.
 void NumberFromColumn(long long value, FieldKind kind, char* field);

@@ -2,12 +2,17 @@
 
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <new>
+#include <vector>
 
+#include "platform/os/clock.h"
+#include "platform/recordstore/cursor.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/result.h"
 #include "platform/recordstore/schema.h"
 
+using kova::store::Cursor;
 using kova::store::Engine;
 using kova::store::PutText;
 using kova::store::Result;
@@ -16,16 +21,29 @@ namespace {
 
 int Code(Result result) { return static_cast<int>(result); }
 
-// Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only.
+// Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only. Done again, a bounded number
+// of times, when another workstation's were faster; `written` are the tables whose current records it writes.
 template <typename Writes>
-int AsUnit(Engine* engine, Writes writes) {
+int AsUnit(Engine* engine, std::initializer_list<Cursor*> written, Writes writes) {
+  constexpr int kAttempts = 5;
   if (engine == nullptr) return Code(Result::kNotOpen);
   try {
-    const Result begun = engine->BeginUnit();
-    if (begun != Result::kDone) return Code(begun);
-    const int result = writes();
-    const Result ended = engine->EndUnit(result == 0);
-    return result != 0 ? result : Code(ended);
+    std::vector<Cursor::Mark> marks;
+    for (const Cursor* each : written) marks.push_back(each->GetMark());
+    int result = Code(Result::kConflict);
+    for (int attempt = 1; attempt <= kAttempts && result == Code(Result::kConflict); ++attempt) {
+      if (attempt > 1) kova::os::SleepMilliseconds(5 << attempt);
+      const Result begun = engine->BeginUnit();
+      // The host's transaction may be what was refused: then there is none to go on in.
+      if (begun != Result::kDone) return attempt > 1 ? result : Code(begun);
+      result = writes();
+      const Result ended = engine->EndUnit(result == 0);
+      if (result == 0) result = Code(ended);
+      if (result == 0) break;
+      std::size_t at = 0;
+      for (Cursor* each : written) each->ReturnTo(marks[at++]);
+    }
+    return result;
   } catch (const std::exception&) {
     (void)engine->EndUnit(false);
     return Code(Result::kFailed);
@@ -69,7 +87,7 @@ int CPatientDB::GetPatientData(CPatientDB2* second, const char* patientCode) {
 int CPatientDB::UpdatePatientData(CPatientDB2* second, int updateType) {
   if (second == nullptr) return Code(Result::kBadArgument);
   const bool unchanged = updateType == UPDATE_IF_UNCHANGED;
-  return AsUnit(GetEngine(), [&] {
+  return AsUnit(GetEngine(), {&GetCursor(), &second->GetCursor()}, [&] {
     const int first = unchanged ? UpdateIfUnchanged() : CBaseDBCall::Update();
     if (first != 0) return first;
     return unchanged ? second->UpdateIfUnchanged() : second->Update();
@@ -81,7 +99,7 @@ int CReservationDB::Update(int updateType) {
 }
 
 int CReservationDB::Delete() {
-  return AsUnit(GetEngine(), [&] {
+  return AsUnit(GetEngine(), {&GetCursor()}, [&] {
     CReservationStandbyDB standby(nullptr, 0);
     int result = standby.SetAssociatedDB(GetDB());
     while (result == 0) {
@@ -106,7 +124,7 @@ int CSaleDB::Update(UPDATE_TYPE updateType) {
 
 int CSaleDB::Delete(int withItems) {
   if (withItems == 0) return CBaseDBCall::Delete();
-  return AsUnit(GetEngine(), [&] {
+  return AsUnit(GetEngine(), {&GetCursor()}, [&] {
     CSaleItemDB items(nullptr, 0);
     const int bound = items.SetAssociatedDB(GetDB());
     if (bound != 0) return bound;
@@ -124,7 +142,7 @@ int CSaleDB::InsertAdjustFee(CString& saleNumber, tagSALEITEM* item, void* saleI
   if (item == nullptr || items == nullptr) return Code(Result::kBadArgument);
   Engine* engine = GetEngine();
   if (engine != items->GetEngine()) return Code(Result::kBadArgument);
-  const int result = AsUnit(engine, [&] {
+  const int result = AsUnit(engine, {}, [&] {
     std::int64_t number = 0;
     const Result counted = engine->NextNumber("saleNumber", number);
     if (counted != Result::kDone) return Code(counted);

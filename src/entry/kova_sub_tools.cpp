@@ -188,12 +188,13 @@ int CKovaSubTools::SetFinishedDate(const char* patientCode, const char* date, in
     int result = db.OpenDB(foundation::DatabaseFolder(Session().profile).c_str());
     if (result == 0) result = patients.SetAssociatedDB(&db);
     if (result != 0) return result;
-    reservations::Transaction transaction(patients);
-    result = transaction.Begun();
-    if (result != 0) return result;
-    result = mode != 0 ? reservations::PutFinishedDate(&db, View(patientCode), View(date))
-                       : reservations::ResetFinishedDate(&db, View(patientCode));
-    return result != 0 ? result : transaction.End();
+    return reservations::WhileInConflict([&] {
+      reservations::Transaction transaction(patients);
+      if (transaction.Begun() != 0) return transaction.Begun();
+      const int put = mode != 0 ? reservations::PutFinishedDate(&db, View(patientCode), View(date))
+                                : reservations::ResetFinishedDate(&db, View(patientCode));
+      return put != 0 ? put : transaction.End();
+    });
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/os/clock.h"
 #include "platform/recordstore/kovadbcall.h"
 
 namespace kova::reservations {
@@ -30,5 +31,18 @@ class Transaction {
   int begun_;
   bool ended_ = false;
 };
+
+/// Does `work` again, a few times, while another workstation's transaction won over its own; it gives the record store's
+/// result, and whatever it reads and writes is read and written anew.
+template <typename Work>
+int WhileInConflict(Work work) {
+  constexpr int kAttempts = 5;
+  int result = work();
+  for (int attempt = 1; attempt < kAttempts && result == static_cast<int>(store::Result::kConflict); ++attempt) {
+    os::SleepMilliseconds(10 << attempt);
+    result = work();
+  }
+  return result;
+}
 
 }  // namespace kova::reservations

@@ -148,7 +148,9 @@ EnabledButtons EnabledBy(bool beforeSelected, bool stagedSelected, bool finished
   return {beforeSelected, stagedSelected, finishedSelected};
 }
 
-MoveResult MoveReservation(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, std::string_view key,
+namespace {
+
+MoveResult MoveOnce(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, std::string_view key,
                            std::string_view shownStage, BoardButton button, const std::vector<Stage>& stages,
                            const std::optional<std::tm>& now) {
   CReservationDB table(nullptr, 0);
@@ -169,6 +171,19 @@ MoveResult MoveReservation(CKovaDBSys* db, const foundation::SettingsSnapshot& s
   if (result != 0) return Failure(result);
   const bool mails = settings.GetInt("GLOBAL", "WatchOption", 0) == 1;
   return {MoveOutcome::kDone, 0, {mails && plan.visit.value_or(false), mails && finished, table.record}};
+}
+
+}  // namespace
+
+MoveResult MoveReservation(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, std::string_view key,
+                           std::string_view shownStage, BoardButton button, const std::vector<Stage>& stages,
+                           const std::optional<std::tm>& now) {
+  MoveResult moved;
+  (void)reservations::WhileInConflict([&] {
+    moved = MoveOnce(db, settings, key, shownStage, button, stages, now);
+    return moved.result;
+  });
+  return moved;
 }
 
 }  // namespace kova::visitflow

@@ -127,7 +127,7 @@ bool WriteMarker(const std::filesystem::path& file) {
 
 }  // namespace
 
-std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result) {
+std::unique_ptr<Engine> OpenSqliteEngine(std::string_view folder, bool overNetwork, Result& result) {
   std::error_code error;
   const std::filesystem::path file = InFolder(folder, kDatabaseFile);
   result = Result::kNoDatabase;
@@ -157,7 +157,7 @@ std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Re
   return std::make_unique<SqliteEngine>(std::move(connection), canWrite);
 }
 
-Result CreateDatabase(std::string_view folder, bool overNetwork) {
+Result CreateSqliteDatabase(std::string_view folder, bool overNetwork) {
   std::error_code error;
   if (folder.empty()) return Result::kBadArgument;
   std::filesystem::create_directories(os::ToFilesystemPath(folder), error);

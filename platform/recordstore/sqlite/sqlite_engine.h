@@ -84,4 +84,8 @@ class SqliteEngine final : public Engine {
   std::vector<std::string> keys_;
 };
 
+/// As OpenEngine and CreateDatabase, for a folder that holds its records itself.
+std::unique_ptr<Engine> OpenSqliteEngine(std::string_view folder, bool overNetwork, Result& result);
+Result CreateSqliteDatabase(std::string_view folder, bool overNetwork);
+
 }  // namespace kova::store

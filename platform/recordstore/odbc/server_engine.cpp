@@ -1,0 +1,490 @@
+#include "platform/recordstore/odbc/server_engine.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <random>
+#include <utility>
+
+#include "platform/os/clock.h"
+#include "platform/recordstore/odbc/server_layout.h"
+
+namespace kova::store {
+namespace {
+
+// An operation ends within 10 s, whatever became of the servers.
+constexpr int kLongestOperation = 9500;  // ms
+constexpr int kLongestConnect = 3500;    // to one server
+constexpr int kLongestAnswer = 7000;     // the wait for a lock, which is 5 s, and the rest
+constexpr int kLongestCommit = 5000;     // leaves time to look up what became of it
+constexpr int kLongestGoodbye = 500;
+constexpr int kAttempts = 5;  // of a write that another node was faster with
+constexpr std::string_view kWrites = "write";
+
+std::string RandomName() {
+  std::random_device device;
+  std::string bytes;
+  for (int i = 0; i < 4; ++i) {
+    const unsigned value = device();
+    bytes.append(reinterpret_cast<const char*>(&value), 4);
+  }
+  return Hex(bytes);
+}
+
+std::int64_t NumberOf(const std::string& text) {
+  std::int64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+/// Says something of the request or the record, and nothing of the store: the transaction goes on.
+bool IsAnswer(Result result) {
+  return result == Result::kDone || result == Result::kDuplicate || result == Result::kChanged;
+}
+
+}  // namespace
+
+ServerEngine::ServerEngine(const ServerSettings& settings)
+    : settings_(settings), dialect_(MakeDialect(settings.kind)), client_(RandomName()) {}
+
+std::unique_ptr<Engine> ServerEngine::Open(const ServerSettings& settings, Result& result, std::string& problem) {
+  std::unique_ptr<ServerEngine> engine(new ServerEngine(settings));
+  engine->StartClock();
+  result = engine->Connect();
+  problem = engine->problem_;
+  if (result != Result::kDone) return nullptr;
+  return engine;
+}
+
+ServerEngine::~ServerEngine() { DropSession(); }
+
+void ServerEngine::StartClock() { deadline_ = os::MonotonicMilliseconds() + kLongestOperation; }
+
+int ServerEngine::Left() const {
+  return static_cast<int>(std::max<std::int64_t>(deadline_ - os::MonotonicMilliseconds(), 0));
+}
+
+// Does `work` with the session on the worker's thread. `work` owns what it uses: it may outlive this call.
+template <typename Work>
+Result ServerEngine::Hand(Work work, int milliseconds) {
+  auto result = std::make_shared<Result>(Result::kFailed);
+  const std::uint64_t before = session_->RoundTrips();
+  const bool isDone = worker_->Run(
+      [result, session = session_, work = std::move(work)]() mutable {
+        try {
+          *result = work(*session);
+        } catch (const std::exception&) {
+          // Memory ran out; the result says that it failed.
+        }
+      },
+      milliseconds);
+  if (!isDone) {
+    problem_ = settings_.hosts[host_].Text() + ": no answer";
+    session_.reset();  // the worker's thread ends it, once the driver comes back
+    worker_.reset();
+    return Result::kUnreachable;
+  }
+  roundTrips_ += session_->RoundTrips() - before;
+  if (!IsAnswer(*result)) problem_ = settings_.hosts[host_].Text() + ": " + session_->Problem();
+  return *result;
+}
+
+template <typename Work>
+Result ServerEngine::Ask(Work work) {
+  if (session_ == nullptr) {
+    if (HoldsTransaction() || view_ == View::kOpen) return Result::kUnreachable;
+    const Result connected = Connect();
+    if (connected != Result::kDone) return connected;
+  }
+  const Result result = Hand(std::move(work), std::min(Left(), kLongestAnswer));
+  if (result == Result::kUnreachable) DropSession();
+  return result;
+}
+
+// For questions that begin something: the connection may have been lost since the last one, which nobody has noticed yet.
+template <typename Work>
+Result ServerEngine::AskAnew(Work work) {
+  const bool wasConnected = session_ != nullptr;
+  const Result result = Ask(work);
+  if (result != Result::kUnreachable || !wasConnected) return result;
+  return Ask(std::move(work));
+}
+
+Result ServerEngine::Connect() {
+  Result result = Result::kUnreachable;
+  const std::size_t hosts = settings_.hosts.size(), first = host_;
+  for (std::size_t i = 0; i < hosts && Left() > 0; ++i) {
+    result = ConnectTo((first + i) % hosts);
+    if (result != Result::kUnreachable) return result;
+  }
+  return result;
+}
+
+Result ServerEngine::ConnectTo(std::size_t host) {
+  const std::size_t lostHost = std::exchange(host_, host);
+  worker_ = os::Worker::Start();
+  if (worker_ == nullptr) return Result::kFailed;
+  session_ = std::make_shared<odbc::Session>(dialect_);
+  const std::string lost = lostHost == host ? lostSession_ : std::string();
+  const Result result = Hand(
+      [settings = settings_, address = settings_.hosts[host], dialect = dialect_, lost](odbc::Session& session) {
+        const Result opened = session.Open(settings, address, settings.database);
+        if (opened != Result::kDone) return opened;
+        // What this workstation held there, it holds no more. An account may end its own sessions.
+        if (!lost.empty()) (void)session.Run(dialect->EndSessionSql(lost));
+        return CheckServerLayout(session, *dialect);
+      },
+      std::min(Left(), kLongestConnect));
+  if (result == Result::kDone)
+    lostSession_.clear();
+  else
+    DropSession();
+  return result;
+}
+
+void ServerEngine::DropSession() {
+  if (session_ != nullptr) {
+    if (!session_->Id().empty()) lostSession_ = session_->Id();
+    (void)worker_->Run([session = std::move(session_)]() mutable { session.reset(); }, kLongestGoodbye);
+    session_.reset();
+  }
+  worker_.reset();
+  if (HoldsTransaction() && !isLost_) {
+    isLost_ = true;
+    lostTo_ = Result::kUnreachable;
+  }
+  if (view_ == View::kOpen) view_ = View::kNone;
+}
+
+// The table for a question that may outlive the caller's.
+std::shared_ptr<const TableDef> ServerEngine::Keep(const TableDef& table) {
+  if (table.part.empty()) return {std::shared_ptr<const TableDef>(), &GetTable(table.id)};
+  std::shared_ptr<const TableDef>& kept = parts_[table.part];
+  if (kept == nullptr) kept = std::make_shared<TableDef>(table);
+  return kept;
+}
+
+std::string ServerEngine::BeforeRead() const {
+  return !HoldsTransaction() && view_ == View::kWanted ? dialect_->BeginReadsSql() : std::string();
+}
+
+void ServerEngine::NoteRead(Result result) {
+  if (result == Result::kDone && !HoldsTransaction() && view_ == View::kWanted) view_ = View::kOpen;
+  if (result == Result::kDone || !HoldsTransaction() || isLost_) return;
+  isLost_ = true;
+  lostTo_ = result;
+}
+
+Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
+                          RecordBlock& block) {
+  StartClock();
+  block.Reset(table.recordSize);
+  if (isLost_) return lostTo_;
+  auto read = std::make_shared<RecordBlock>();
+  const auto work = [read, kept = Keep(table), keyIndex, owned = odbc::OwnedReadFrom(from), limit,
+                     before = BeforeRead()](odbc::Session& session) {
+    return session.Read(*kept, keyIndex, owned, limit, before, *read);
+  };
+  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
+  const Result result = begins ? AskAnew(work) : Ask(work);
+  NoteRead(result);
+  if (result == Result::kDone) block = std::move(*read);
+  return result;
+}
+
+Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) {
+  StartClock();
+  block.Reset(table.recordSize);
+  if (isLost_) return lostTo_;
+  auto read = std::make_shared<RecordBlock>();
+  const auto work = [read, kept = Keep(table), keys = std::vector<std::string>(primaryKeys.begin(), primaryKeys.end()),
+                     before = BeforeRead()](odbc::Session& session) {
+    return session.ReadMany(*kept, keys, before, *read);
+  };
+  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
+  const Result result = begins ? AskAnew(work) : Ask(work);
+  NoteRead(result);
+  if (result == Result::kDone) block = std::move(*read);
+  return result;
+}
+
+// One write, within the transaction that is open or in one of its own; that one is done again when another node was
+// faster.
+template <typename Write>
+Result ServerEngine::WriteWhole(const TableDef& table, Write write) {
+  if (HoldsTransaction()) {
+    if (isLost_) return Result::kNoTransaction;
+    StartClock();
+    const Result result = write();
+    if (result == Result::kDone) changes_.NoteWrite(table);
+    if (!IsAnswer(result) && !isLost_) {
+      isLost_ = true;
+      lostTo_ = result;
+    }
+    return result;
+  }
+  Result result = Result::kConflict;
+  for (int attempt = 1; result == Result::kConflict && attempt <= kAttempts; ++attempt) {
+    if (attempt > 1) os::SleepMilliseconds(5 << attempt);
+    result = BeginUnit();
+    if (result != Result::kDone) continue;
+    const Result written = WriteWhole(table, write);
+    const Result ended = EndUnit(written == Result::kDone);
+    result = written == Result::kDone ? ended : written;
+  }
+  return result;
+}
+
+Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId& id) {
+  return WriteWhole(table, [&] {
+    const RecordId next = ++counters_.find(kWrites)->second;
+    const Result result = Ask([kept = Keep(table), next, bytes = std::string(record, table.recordSize)](
+                                  odbc::Session& session) { return session.Insert(*kept, next, bytes.data()); });
+    if (result == Result::kDone) id = next;
+    return result;
+  });
+}
+
+Result ServerEngine::Update(const TableDef& table, RecordId id, const char* record, const char* expected) {
+  return WriteWhole(table, [&] {
+    const std::size_t size = table.recordSize;
+    return Ask([kept = Keep(table), id, bytes = std::string(record, size),
+                before = expected == nullptr ? std::string() : std::string(expected, size)](odbc::Session& session) {
+      if (!before.empty()) {
+        RecordBlock stored;
+        const Result read = session.ReadById(*kept, id, stored);
+        if (read != Result::kDone) return read;
+        if (stored.Size() == 0 || before.compare(0, before.size(), stored.Record(0), before.size()) != 0)
+          return Result::kChanged;
+      }
+      return session.Update(*kept, id, bytes.data());
+    });
+  });
+}
+
+Result ServerEngine::Delete(const TableDef& table, RecordId id) {
+  return WriteWhole(table, [&] {
+    return Ask([kept = Keep(table), id](odbc::Session& session) { return session.Delete(*kept, id); });
+  });
+}
+
+Result ServerEngine::BeginTransaction(Mode mode) {
+  StartClock();
+  if (view_ == View::kOpen) (void)Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
+  view_ = View::kNone;
+  auto rows = std::make_shared<odbc::Rows>();
+  const Result result = AskAnew([rows](odbc::Session& session) {
+    // The counters are what every writer waits for: what is read from here on cannot be changed by others.
+    const Result begun = session.Run("BEGIN; SELECT name, value FROM counter FOR UPDATE", *rows);
+    if (begun != Result::kDone && begun != Result::kUnreachable) (void)session.Run("ROLLBACK");
+    return begun;
+  });
+  if (result != Result::kDone) return result;
+  counters_.clear();
+  for (const std::vector<std::string>& row : *rows) counters_[row[0]] = NumberOf(row[1]);
+  mode_ = mode;
+  isLost_ = false;
+  const auto writes = counters_.find(kWrites);
+  if (writes == counters_.end()) {
+    Rollback();
+    return Result::kDamaged;
+  }
+  ++writes->second;  // so that of two nodes' transactions one is refused, even if it inserts nothing
+  return Result::kDone;
+}
+
+Result ServerEngine::Begin() { return HoldsTransaction() ? Result::kInTransaction : BeginTransaction(Mode::kHost); }
+
+Result ServerEngine::End() { return mode_ == Mode::kHost ? Commit() : Result::kNoTransaction; }
+
+Result ServerEngine::Abort() {
+  if (mode_ != Mode::kHost) return Result::kNoTransaction;
+  StartClock();
+  Rollback();
+  return Result::kDone;
+}
+
+Result ServerEngine::BeginUnit() {
+  if (mode_ == Mode::kUnit || mode_ == Mode::kUnitInHost) return Result::kInTransaction;
+  if (mode_ == Mode::kIdle) return BeginTransaction(Mode::kUnit);
+  if (isLost_) return Result::kNoTransaction;
+  StartClock();
+  const Result result = Ask([](odbc::Session& session) { return session.Run("SAVEPOINT unit"); });
+  if (result != Result::kDone) return result;
+  countersBefore_ = counters_;
+  mode_ = Mode::kUnitInHost;
+  return Result::kDone;
+}
+
+Result ServerEngine::EndUnit(bool worked) {
+  if (mode_ == Mode::kUnitInHost) {
+    mode_ = Mode::kHost;
+    if (worked) return isLost_ ? lostTo_ : Result::kDone;  // the savepoint goes with the transaction
+    changes_.NoteUnitTakenBack();
+    counters_ = countersBefore_;
+    if (isLost_) return lostTo_;
+    StartClock();
+    return Ask([](odbc::Session& session) { return session.Run("ROLLBACK TO SAVEPOINT unit"); });
+  }
+  if (mode_ != Mode::kUnit) return Result::kNoTransaction;
+  if (worked) return Commit();
+  StartClock();
+  Rollback();
+  return Result::kDone;
+}
+
+std::string ServerEngine::CommitSql(std::int64_t commit) const {
+  const std::string now = dialect_->NowSql(), tableName = dialect_->Name("tableName");
+  std::string sql;
+  for (const TableDef& table : AllTables()) {
+    const std::int64_t changes = changes_.Changes(table.id);
+    if (changes == 0) continue;
+    // By the server's clock: those of the workstations differ.
+    sql += "UPDATE change_stamp SET stamp = GREATEST(stamp + " + std::to_string(changes) + ", " + now + ") WHERE " +
+           tableName + " = '" + std::string(table.name) + "'; ";
+  }
+  for (const auto& [name, value] : counters_)
+    sql += "UPDATE counter SET value = " + std::to_string(value) + " WHERE name = '" + name + "'; ";
+  // Tells, should the answer be lost, that this was committed. Who has not been here for a month has no such question.
+  sql += "DELETE FROM store_client WHERE id = '" + client_ + "'" +
+         (commit == 1 ? " OR used < " + now + " - 2592000" : std::string()) +
+         "; INSERT INTO store_client (id, commits, used) VALUES ('" + client_ + "', " + std::to_string(commit) + ", " +
+         now + "); ";
+  return sql + "COMMIT";
+}
+
+Result ServerEngine::Commit() {
+  StartClock();
+  if (isLost_) {
+    const Result lostTo = lostTo_;
+    Rollback();
+    return lostTo;
+  }
+  const std::int64_t commit = ++commits_;
+  Result result = Hand([sql = CommitSql(commit)](odbc::Session& session) { return session.Run(sql); },
+                       kLongestCommit);
+  if (result == Result::kUnreachable) {
+    DropSession();
+    result = LookUpCommit(commit);
+  }
+  if (result != Result::kDone) {
+    Rollback();
+    return result;
+  }
+  changes_.NoteCommit();
+  mode_ = Mode::kIdle;
+  isLost_ = false;
+  return Result::kDone;
+}
+
+// The answer to a commit was lost. Under the lock that the transaction held, it is over: either its mark is there or
+// it never will be.
+Result ServerEngine::LookUpCommit(std::int64_t commit) {
+  mode_ = Mode::kIdle;  // the transaction is gone; this is one of its own
+  isLost_ = false;
+  const std::string sql = "BEGIN; SELECT name, value FROM counter FOR UPDATE; SELECT 'commits', commits FROM store_client "
+                          "WHERE id = '" + client_ + "'; UPDATE counter SET value = value + 1 WHERE name = 'write'; COMMIT";
+  Result result = Result::kUnreachable;
+  while (Left() > 0 && result != Result::kDone) {
+    auto rows = std::make_shared<odbc::Rows>();
+    result = Ask([rows, sql](odbc::Session& session) {
+      const Result asked = session.Run(sql, *rows);
+      if (asked != Result::kDone && asked != Result::kUnreachable) (void)session.Run("ROLLBACK");
+      return asked;
+    });
+    if (result != Result::kDone) {
+      os::SleepMilliseconds(std::min(Left(), 100));
+      continue;
+    }
+    const bool isThere = std::any_of(rows->begin(), rows->end(), [&](const std::vector<std::string>& row) {
+      return row[0] == "commits" && NumberOf(row[1]) >= commit;
+    });
+    return isThere ? Result::kDone : Result::kUnreachable;
+  }
+  return Result::kOutcomeUnknown;
+}
+
+void ServerEngine::Rollback() {
+  if (session_ != nullptr)
+    (void)Ask([](odbc::Session& session) { return session.Run("ROLLBACK"); });
+  changes_.NoteRollback();
+  mode_ = Mode::kIdle;
+  isLost_ = false;
+}
+
+void ServerEngine::BeginReads() {
+  if (readDepth_++ > 0 || HoldsTransaction()) return;
+  view_ = View::kWanted;
+  ++viewNumber_;
+}
+
+void ServerEngine::EndReads() {
+  if (--readDepth_ > 0) return;
+  const bool wasOpen = std::exchange(view_, View::kNone) == View::kOpen;
+  if (!wasOpen || HoldsTransaction() || session_ == nullptr) return;
+  StartClock();
+  (void)Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
+}
+
+Result ServerEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) {
+  StartClock();
+  if (isLost_) return lostTo_;
+  auto stored = std::make_shared<std::int64_t>(0);
+  const auto work = [stored, ids = std::vector<TableId>(tables.begin(), tables.end())](odbc::Session& session) {
+    return session.SumStamps(ids, *stored);
+  };
+  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
+  const Result result = begins ? AskAnew(work) : Ask(work);
+  if (result != Result::kDone) {
+    NoteRead(result);
+    return result;
+  }
+  sum = *stored;
+  for (const TableId table : tables) sum += changes_.Show(table);
+  return Result::kDone;
+}
+
+Result ServerEngine::NextNumber(std::string_view counter, std::int64_t& number) {
+  if (!HoldsTransaction() || isLost_) return Result::kNoTransaction;
+  const auto found = counters_.find(counter);
+  if (found == counters_.end()) return Result::kDamaged;
+  number = ++found->second;
+  return Result::kDone;
+}
+
+Result ServerEngine::CheckIntegrity(std::string& finding) {
+  finding = "ok";
+  for (const TableDef& table : AllTables()) {
+    const std::string sql = dialect_->CheckSql(table);
+    if (!sql.empty()) {
+      StartClock();
+      auto rows = std::make_shared<odbc::Rows>();
+      const Result result = Ask([rows, sql](odbc::Session& session) { return session.Run(sql, *rows); });
+      if (result != Result::kDone) return result;
+      if (!rows->empty() && rows->back().back() == "OK") continue;
+      finding = std::string(table.name) + ": " + (rows->empty() ? "no answer" : rows->back().back());
+      return Result::kDamaged;
+    }
+    // Every record once, in the order of the primary key.
+    constexpr std::size_t kAtOnce = 1000;
+    std::string last;
+    RecordBlock block;
+    ReadFrom from{ReadFrom::Place::kFirst};
+    do {
+      const Result result = Read(table, 0, from, kAtOnce, block);
+      if (result != Result::kDone) return result;
+      for (std::size_t i = 0; i < block.Size(); ++i) {
+        std::string key = MakeKey(table.keys.front(), block.Record(i));
+        if (from.place != ReadFrom::Place::kFirst && key <= last) {
+          finding = std::string(table.name) + ": the order of key 0 is not that of the records";
+          return Result::kDamaged;
+        }
+        last = std::move(key);
+        from = {ReadFrom::Place::kAfter, last, block.Id(i)};
+      }
+    } while (block.Size() == kAtOnce);
+  }
+  return Result::kDone;
+}
+
+}  // namespace kova::store

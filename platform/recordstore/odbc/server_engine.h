@@ -1,0 +1,100 @@
+#pragma once
+
+// The engine on a database server. Every question goes through a worker thread that is waited for with a bound: whatever a
+// driver does when a machine vanishes, the operation ends with a result.
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/os/worker.h"
+#include "platform/recordstore/change_book.h"
+#include "platform/recordstore/engine.h"
+#include "platform/recordstore/odbc/session.h"
+
+namespace kova::store {
+
+class ServerEngine final : public Engine {
+ public:
+  /// Null, the reason in `result` and a line about it in `problem`, when no server can be used.
+  static std::unique_ptr<Engine> Open(const ServerSettings& settings, Result& result, std::string& problem);
+  ~ServerEngine() override;
+
+  Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
+              RecordBlock& block) override;
+  bool IsDistant() const override { return true; }
+  Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) override;
+  Result Insert(const TableDef& table, const char* record, RecordId& id) override;
+  Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) override;
+  Result Delete(const TableDef& table, RecordId id) override;
+  Result Begin() override;
+  Result End() override;
+  Result Abort() override;
+  Result BeginUnit() override;
+  Result EndUnit(bool worked) override;
+  void BeginReads() override;
+  void EndReads() override;
+  std::uint64_t ReadView() const override { return mode_ == Mode::kIdle && view_ != View::kNone ? viewNumber_ : 0; }
+  Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
+  Result NextNumber(std::string_view counter, std::int64_t& number) override;
+  std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
+  Result CheckIntegrity(std::string& finding) override;
+  std::uint64_t RoundTrips() const override { return roundTrips_; }
+
+ private:
+  enum class Mode { kIdle, kHost, kUnit, kUnitInHost };
+  enum class View { kNone, kWanted, kOpen };
+  using Counters = std::map<std::string, std::int64_t, std::less<>>;
+
+  explicit ServerEngine(const ServerSettings& settings);
+  void StartClock();
+  int Left() const;
+  template <typename Work>
+  Result Hand(Work work, int milliseconds);
+  template <typename Work>
+  Result Ask(Work work);
+  template <typename Work>
+  Result AskAnew(Work work);
+  Result Connect();
+  Result ConnectTo(std::size_t host);
+  Result CheckLayout(const ServerSettings& settings);
+  void DropSession();
+  std::shared_ptr<const TableDef> Keep(const TableDef& table);
+  std::string BeforeRead() const;
+  void NoteRead(Result result);
+
+  template <typename Write>
+  Result WriteWhole(const TableDef& table, Write write);
+  Result BeginTransaction(Mode mode);
+  Result Commit();
+  void Rollback();
+  std::string CommitSql(std::int64_t commit) const;
+  Result LookUpCommit(std::int64_t commit);
+  bool HoldsTransaction() const { return mode_ != Mode::kIdle; }
+
+  const ServerSettings settings_;
+  const std::shared_ptr<const Dialect> dialect_;
+  std::shared_ptr<odbc::Session> session_;
+  std::unique_ptr<os::Worker> worker_;
+  std::size_t host_ = 0;      // that the session is on, or that is tried first
+  std::string lostSession_;   // number of the session that was lost on that host
+  std::string problem_;       // what was said last of a failure
+  std::map<std::string, std::shared_ptr<const TableDef>, std::less<>> parts_;
+
+  Mode mode_ = Mode::kIdle;
+  View view_ = View::kNone;
+  int readDepth_ = 0;
+  std::uint64_t viewNumber_ = 0;
+  bool isLost_ = false;  // the open transaction: nothing of it is kept
+  Result lostTo_ = Result::kNoTransaction;
+  ChangeBook changes_;
+  Counters counters_, countersBefore_;  // of the open transaction; before its open unit
+  const std::string client_;            // names this connection in store_client
+  std::int64_t commits_ = 0;            // of this connection so far
+  bool isUnknown_ = false;              // what became of the last commit; to be looked up first
+  std::int64_t deadline_ = 0;           // of os::MonotonicMilliseconds
+  std::uint64_t roundTrips_ = 0;
+};
+
+}  // namespace kova::store

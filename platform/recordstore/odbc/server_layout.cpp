@@ -1,0 +1,132 @@
+#include "platform/recordstore/odbc/server_layout.h"
+
+#include <charconv>
+
+namespace kova::store {
+namespace {
+
+// Stored; a change needs a step in UpgradeSql. 1 had no store_client.
+constexpr int kLayout = 2;
+
+std::string ClientTableSql(const Dialect& dialect) {
+  return "CREATE TABLE store_client (id varchar(32) PRIMARY KEY, commits bigint NOT NULL, used bigint NOT NULL)" +
+         dialect.TableOptions() + ";\n";
+}
+
+std::string LayoutSql(const Dialect& dialect) {
+  const std::string options = dialect.TableOptions() + ";\n", tableName = dialect.Name("tableName");
+  // The layout's number is written last: without it the rest is not finished.
+  std::string sql = "CREATE TABLE store_info (name varchar(40) PRIMARY KEY, value varchar(200) NOT NULL)" + options +
+                    "CREATE TABLE counter (name varchar(40) PRIMARY KEY, value bigint NOT NULL)" + options +
+                    "INSERT INTO counter (name, value) VALUES ('saleNumber', 0), ('write', 0);\n" +
+                    "CREATE TABLE change_stamp (" + tableName + " varchar(40) PRIMARY KEY, stamp bigint NOT NULL)" +
+                    options + ClientTableSql(dialect);
+  for (const TableDef& table : AllTables())
+    sql += CreateTableSql(dialect, table) + "INSERT INTO change_stamp (" + tableName + ", stamp) VALUES ('" +
+           std::string(table.name) + "', 1);\n";
+  return sql + "INSERT INTO store_info (name, value) VALUES ('layout', '" + std::to_string(kLayout) + "');\n";
+}
+
+std::string DropSql(const Dialect& dialect) {
+  std::string sql;
+  for (const TableDef& table : AllTables()) sql += "DROP TABLE IF EXISTS " + dialect.Name(table.name) + ";\n";
+  for (const std::string_view table : kOwnTables) sql += "DROP TABLE IF EXISTS " + dialect.Name(table) + ";\n";
+  return sql;
+}
+
+/// 0 when the tables are there and no number yet; kNoDatabase without the tables.
+Result ReadLayout(odbc::Session& session, int& layout) {
+  odbc::Rows rows;
+  const Result result = session.Run("SELECT value FROM store_info WHERE name = 'layout'", rows);
+  layout = 0;
+  if (result != Result::kDone) return result == Result::kDamaged ? Result::kNoDatabase : result;
+  if (!rows.empty()) {
+    const std::string& text = rows.front().front();
+    std::from_chars(text.data(), text.data() + text.size(), layout);
+  }
+  return Result::kDone;
+}
+
+/// All of it or nothing, where the server can.
+Result RunWhole(odbc::Session& session, const Dialect& dialect, const std::string& sql) {
+  if (!dialect.LaysOutInTransaction()) return session.Run(sql);
+  const Result result = session.Run("BEGIN; " + sql + "COMMIT");
+  if (result != Result::kDone) (void)session.Run("ROLLBACK");
+  return result;
+}
+
+Result MakeDatabase(const ServerSettings& settings, const std::shared_ptr<const Dialect>& dialect,
+                    const ServerAddress& address, std::string& problem) {
+  odbc::Session session(dialect);
+  Result result = session.Open(settings, address, {});
+  if (result == Result::kDone) result = session.Run(dialect->CreateDatabaseSql(settings.database));
+  if (result != Result::kDone) problem = address.Text() + ": " + session.Problem();
+  return result;
+}
+
+/// Opens a session on the first server that lets one in.
+Result OpenFirst(const ServerSettings& settings, const std::shared_ptr<const Dialect>& dialect,
+                 std::unique_ptr<odbc::Session>& session, const ServerAddress*& address, std::string& problem) {
+  Result result = Result::kUnreachable;
+  for (const ServerAddress& each : settings.hosts) {
+    session = std::make_unique<odbc::Session>(dialect);
+    address = &each;
+    result = session->Open(settings, each, settings.database);
+    if (result != Result::kDone) problem = each.Text() + ": " + session->Problem();
+    if (result != Result::kUnreachable) return result;
+  }
+  return result;
+}
+
+}  // namespace
+
+Result CheckServerLayout(odbc::Session& session, const Dialect&) {
+  int layout = 0;
+  const Result result = ReadLayout(session, layout);
+  if (result != Result::kDone) return result;
+  if (layout == 0) return Result::kNoDatabase;
+  if (layout < kLayout) return Result::kOldVersion;
+  return layout == kLayout ? Result::kDone : Result::kWrongVersion;
+}
+
+Result CreateServerDatabase(const ServerSettings& settings, std::string& problem) {
+  const std::shared_ptr<const Dialect> dialect = MakeDialect(settings.kind);
+  std::unique_ptr<odbc::Session> session;
+  const ServerAddress* address = nullptr;
+  Result result = OpenFirst(settings, dialect, session, address, problem);
+  if (result == Result::kNoDatabase) {
+    result = MakeDatabase(settings, dialect, *address, problem);
+    if (result == Result::kDone) result = OpenFirst(settings, dialect, session, address, problem);
+  }
+  if (result != Result::kDone) return result;
+  int layout = 0;
+  result = ReadLayout(*session, layout);
+  if (result == Result::kDone && layout != 0) return Result::kDuplicate;
+  // Left over from a layout that was not finished: there is no practice in it.
+  const std::string before = result == Result::kDone ? DropSql(*dialect) : std::string();
+  if (result == Result::kDone || result == Result::kNoDatabase)
+    result = RunWhole(*session, *dialect, before + LayoutSql(*dialect));
+  problem = result == Result::kDone ? std::string() : address->Text() + ": " + session->Problem();
+  return result;
+}
+
+Result UpgradeServerDatabase(const ServerSettings& settings, std::string& problem) {
+  const std::shared_ptr<const Dialect> dialect = MakeDialect(settings.kind);
+  std::unique_ptr<odbc::Session> session;
+  const ServerAddress* address = nullptr;
+  Result result = OpenFirst(settings, dialect, session, address, problem);
+  if (result != Result::kDone) return result;
+  int layout = 0;
+  result = ReadLayout(*session, layout);
+  if (result != Result::kDone || layout == 0) return Result::kNoDatabase;
+  if (layout == kLayout) return Result::kDone;
+  if (layout > kLayout) return Result::kWrongVersion;
+  std::string sql;
+  if (layout < 2) sql += "DROP TABLE IF EXISTS store_client;\n" + ClientTableSql(*dialect);
+  sql += "UPDATE store_info SET value = '" + std::to_string(kLayout) + "' WHERE name = 'layout';\n";
+  result = RunWhole(*session, *dialect, sql);
+  problem = result == Result::kDone ? std::string() : address->Text() + ": " + session->Problem();
+  return result;
+}
+
+}  // namespace kova::store

@@ -1,0 +1,76 @@
+#pragma once
+
+// A connection to one server: statements in, records out. Used by one thread at a time, which may be given up while a call
+// is under way; so a session and what is handed to it own all that they touch.
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/recordstore/odbc/dialect.h"
+#include "platform/recordstore/odbc/record_rows.h"
+
+namespace kova::store::odbc {
+
+/// As ReadFrom, with what it points at.
+struct OwnedReadFrom {
+  explicit OwnedReadFrom(const ReadFrom& from)
+      : place(from.place), key(from.key), id(from.id), upTo(from.upTo ? std::optional<std::string>(*from.upTo)
+                                                                       : std::nullopt) {}
+  ReadFrom::Place place;
+  std::string key;
+  RecordId id;
+  std::optional<std::string> upTo;
+};
+
+class Session {
+ public:
+  explicit Session(std::shared_ptr<const Dialect> dialect);
+  ~Session();
+
+  /// Connects and sets the session up.
+  Result Open(const ServerSettings& settings, const ServerAddress& address, std::string_view database);
+  /// The session's number on its server.
+  const std::string& Id() const { return id_; }
+
+  /// With `before`, these statements go first, in the same round trip.
+  Result Read(const TableDef& table, std::size_t keyIndex, const OwnedReadFrom& from, std::size_t limit,
+              std::string_view before, RecordBlock& block);
+  Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, std::string_view before,
+                  RecordBlock& block);
+  Result ReadById(const TableDef& table, RecordId id, RecordBlock& block);
+  /// kDuplicate when the primary key exists.
+  Result Insert(const TableDef& table, RecordId id, const char* record);
+  /// kChanged when there is no such record, kDuplicate when another one has its primary key.
+  Result Update(const TableDef& table, RecordId id, const char* record);
+  Result Delete(const TableDef& table, RecordId id);
+  /// The sum of the tables' stored stamps.
+  Result SumStamps(std::span<const TableId> tables, std::int64_t& sum);
+  /// Statements in one round trip, and the rows of their results.
+  Result Run(std::string_view sql, Rows& rows);
+  Result Run(std::string_view sql);
+
+  /// What the driver said of the last failure, UTF-8.
+  const std::string& Problem() const { return connection_.Failure().text; }
+  std::uint64_t RoundTrips() const { return connection_.RoundTrips(); }
+
+ private:
+  struct PreparedRead;
+  struct PreparedWrite;
+  struct PreparedNumbers;
+  Result Failed() const { return dialect_->Translate(connection_.Failure()); }
+  Result ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block);
+  PreparedWrite* WriteStatement(const TableDef& table, char what);
+
+  std::shared_ptr<const Dialect> dialect_;
+  Connection connection_;  // outlives the statements
+  std::string id_;
+  std::map<std::string, std::unique_ptr<PreparedRead>, std::less<>> reads_;
+  std::map<std::string, std::unique_ptr<PreparedWrite>, std::less<>> writes_;
+  std::map<std::string, std::unique_ptr<PreparedNumbers>, std::less<>> numbers_;
+};
+
+}  // namespace kova::store::odbc

@@ -1,0 +1,42 @@
+#pragma once
+
+// The store that a test program works on: the embedded one or, where the environment names a server, that one.
+//   KOVA_SERVER_KIND, KOVA_SERVER_HOSTS   as in kova.server
+//   KOVA_DB_ACCOUNT, KOVA_DB_PASSWORD     an account that may make databases
+
+#include <cstdlib>
+#include <string>
+
+#include "platform/os/clock.h"
+#include "platform/os/files.h"
+#include "platform/os/paths.h"
+
+namespace kova::testing {
+
+inline std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+inline bool OnServer() { return !Environment("KOVA_SERVER_KIND").empty(); }
+
+/// Says in an existing folder that its records live on the test's server, in a database of that name; nothing
+/// where there is no server.
+inline void PutOnServer(const std::string& folder, const std::string& database, const std::string& more = {}) {
+  if (!OnServer()) return;
+  // Under Wine the Unix drivers serve Windows programs, too.
+  const std::string kind = Environment("KOVA_SERVER_KIND");
+  const std::string text = "[Server]\r\nKind=" + kind + "\r\nDriver=" + kind + " Unicode" +
+                           "\r\nHosts=" + Environment("KOVA_SERVER_HOSTS") + "\r\nDatabase=" + database +
+                           "\r\nAccount=" + Environment("KOVA_DB_ACCOUNT") + "\r\n" + more;
+  (void)os::RealFiles().Replace(os::JoinPath(folder, "kova.server"), text);
+}
+
+/// A name that no other test's database has.
+inline std::string NewDatabaseName() {
+  static int count = 0;
+  const std::size_t now = static_cast<std::size_t>(os::UtcMilliseconds());
+  return "kova_test_" + std::to_string(now) + "_" + std::to_string(++count);
+}
+
+}  // namespace kova::testing
