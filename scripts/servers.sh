@@ -246,7 +246,7 @@ wsrep-sst-auth=kova_sst:$sst_password
 wsrep-sst-receive-address=$4:$8
 wsrep-slave-threads=2
 # A node that falls silent is given up after 3 s; the others answer again within 5.
-wsrep-provider-options="gmcast.listen_addr=tcp://$4:$6; ist.recv_addr=$4:$7; ist.recv_bind=$4; gcache.size=32M; \
+wsrep-provider-options="gmcast.listen_addr=tcp://$4:$6; ist.recv_addr=$4:$7; ist.recv_bind=$4:$7; gcache.size=32M; \
 evs.keepalive_period=PT0.5S; evs.inactive_check_period=PT0.5S; evs.suspect_timeout=PT3S; evs.inactive_timeout=PT5S; \
 evs.install_timeout=PT5S; pc.recovery=false"
 END
