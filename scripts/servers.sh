@@ -323,32 +323,36 @@ node_wait() {
   fi
 }
 
-# The position up to which a node's data go, 0 when it does not say; after a crash the server is asked.
-galera_position() {
-  local home="$folder/node$1" seqno
-  seqno=$(sed -n 's/^seqno: *//p' "$home/data/grastate.dat" 2>/dev/null)
-  if [ "${seqno:--1}" -lt 0 ]; then
+# galera_recover N...: asks those that did not end properly how far their data go, all at once.
+galera_recover() {
+  local n home pids=()
+  for n in "$@"; do
+    home="$folder/node$n"
     rm -f "$home/recover.log"
-    (cd "$home" && timeout "$server_patience" "${as[@]}" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover --skip-networking \
-      "--log-error=$home/recover.log" >/dev/null 2>&1)
-    recovered=$(sed -n 's/.*Recovered position: *//p' "$home/recover.log" | tail -1)
-    seqno=${recovered##*:}
-  else
-    recovered=
-  fi
-  position=${seqno:-0}
+    grep -qsE '^seqno: *[0-9]' "$home/data/grastate.dat" && continue
+    (cd "$home" && exec timeout "$server_patience" "${as[@]}" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover \
+      --skip-networking "--log-error=$home/recover.log" >/dev/null 2>&1 8>&- 9>&-) &
+    pids+=($!)
+  done
+  [ ${#pids[@]} -eq 0 ] || wait "${pids[@]}" || true
+}
+
+# The position of node N: UUID:number where it was asked, else nothing; and the number alone, in `position`.
+galera_position() {
+  local home="$folder/node$1"
+  recovered=$(sed -n 's/.*Recovered position: *//p' "$home/recover.log" 2>/dev/null | tail -1)
+  position=${recovered##*:}
+  position=${position:-$(sed -n 's/^seqno: *//p' "$home/data/grastate.dat" 2>/dev/null)}
+  position=${position:-0}
 }
 
 # node_rejoin N ARGUMENT...: starts a node on the data that it has.
 node_rejoin() {
-  local n=$1
-  shift
   if [ "$kind" = galera ]; then
-    [ -n "${recovered+x}" ] || galera_position "$n"
+    galera_position "$1"
     [ -z "$recovered" ] || set -- "$@" "--wsrep-start-position=$recovered"
-    unset recovered
   fi
-  node_launch "$n" "$@"
+  node_launch "$@"
 }
 
 # node_lay_out N: its folder with fresh data where there are none, and its settings.
@@ -458,19 +462,16 @@ server_start() {
     node_wait 1 || return 1
   else
     # The node that knows most begins the cluster; the others join it.
+    galera_recover $nodes
     for n in $nodes; do
       galera_position "$n"
-      starts[n]=$recovered
       [ "$position" -le "$best" ] || { best=$position first=$n; }
     done
     sed -i 's/^safe_to_bootstrap:.*/safe_to_bootstrap: 1/' "$folder/node$first/data/grastate.dat"
-    recovered=${starts[first]}
     node_rejoin "$first" --wsrep-new-cluster
     node_wait "$first" || return 1
     for n in $nodes; do
-      [ "$n" != "$first" ] || continue
-      recovered=${starts[n]}
-      node_rejoin "$n"
+      [ "$n" = "$first" ] || node_rejoin "$n"
     done
     for n in $nodes; do
       node_wait "$n" || return 1
@@ -540,6 +541,7 @@ server_command() {
           node_signal "$n" CONT
           node_signal "$n" "$([ "$kind" = postgres ] && echo INT || echo TERM)"
           wait_until 15 node_gone "$n" || { node_signal "$n" KILL; wait_until 10 node_gone "$n"; }
+          [ "$kind" = postgres ] || galera_recover "$n"
           node_rejoin "$n" && node_wait "$n" && server_facts
           ;;
       esac
