@@ -12,12 +12,13 @@ function(kova_room name)
   target_link_libraries(${name} PUBLIC kova_options ${ARG_DEPENDS})
 endfunction()
 
-# kova_test(NAME SOURCES ... DEPENDS ...): one test program, run by scripts/run_tests.sh in both builds.
+# kova_test(NAME [ON_SERVERS] [ONLY_ON_SERVERS] SOURCES ... DEPENDS ...): one test program, run by scripts/run_tests.sh in
+# both builds; with the first option also, with the second only, on each database server.
 function(kova_test name)
   if(NOT KOVA_TESTS)
     return()
   endif()
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "ON_SERVERS;ONLY_ON_SERVERS" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE kova_options kova_test_main ${ARG_DEPENDS})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
@@ -25,5 +26,10 @@ function(kova_test name)
     # The test programs load the library's DLLs as a host does: from their own folder.
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
   endif()
-  set_property(GLOBAL APPEND PROPERTY KOVA_TEST_PROGRAMS ${name})
+  if(NOT ARG_ONLY_ON_SERVERS)
+    set_property(GLOBAL APPEND PROPERTY KOVA_TEST_PROGRAMS ${name})
+  endif()
+  if(ARG_ON_SERVERS OR ARG_ONLY_ON_SERVERS)
+    set_property(GLOBAL APPEND PROPERTY KOVA_SERVER_TESTS ${name})
+  endif()
 endfunction()

@@ -21,14 +21,15 @@ inline std::string Environment(const char* name) {
 inline bool OnServer() { return !Environment("KOVA_SERVER_KIND").empty(); }
 
 /// Says in an existing folder that its records live on the test's server, in a database of that name; nothing
-/// where there is no server.
-inline void PutOnServer(const std::string& folder, const std::string& database, const std::string& more = {}) {
+/// where there is no server. `more` lines win over the usual ones.
+inline void PutOnServer(const std::string& folder, const std::string& database,
+                        const std::string& hosts = Environment("KOVA_SERVER_HOSTS"), const std::string& more = {}) {
   if (!OnServer()) return;
   // Under Wine the Unix drivers serve Windows programs, too.
   const std::string kind = Environment("KOVA_SERVER_KIND");
-  const std::string text = "[Server]\r\nKind=" + kind + "\r\nDriver=" + kind + " Unicode" +
-                           "\r\nHosts=" + Environment("KOVA_SERVER_HOSTS") + "\r\nDatabase=" + database +
-                           "\r\nAccount=" + Environment("KOVA_DB_ACCOUNT") + "\r\n" + more;
+  const std::string text = "[Server]\r\n" + more + "Kind=" + kind + "\r\nDriver=" + kind + " Unicode" +
+                           "\r\nHosts=" + hosts + "\r\nDatabase=" + database +
+                           "\r\nAccount=" + Environment("KOVA_DB_ACCOUNT") + "\r\n";
   (void)os::RealFiles().Replace(os::JoinPath(folder, "kova.server"), text);
 }
 

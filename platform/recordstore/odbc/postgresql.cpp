@@ -38,7 +38,7 @@ class PostgreSql final : public Dialect {
     std::string own =
         "connect_timeout=3 tcp_user_timeout=4000 keepalives=1 keepalives_idle=2 keepalives_interval=1 "
         "keepalives_count=3 application_name=kova";
-    std::string mode = Encrypts(settings, address) ? "require" : "prefer";
+    std::string mode = Encrypts(settings, address) ? "require" : "allow";
     if (!settings.certificate.empty()) {
       mode = "verify-full";
       own += " sslrootcert='" + CertificatePath(settings) + "'";

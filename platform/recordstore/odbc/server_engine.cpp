@@ -18,6 +18,7 @@ constexpr int kLongestConnect = 3500;    // to one server
 constexpr int kLongestAnswer = 7000;     // the wait for a lock, which is 5 s, and the rest
 constexpr int kLongestCommit = 5000;     // leaves time to look up what became of it
 constexpr int kLongestGoodbye = 500;
+constexpr int kLongestRest = 3000;  // after all servers were tried in vain
 constexpr int kAttempts = 5;  // of a write that another node was faster with
 constexpr std::string_view kWrites = "write";
 
@@ -112,11 +113,16 @@ Result ServerEngine::AskAnew(Work work) {
 
 Result ServerEngine::Connect() {
   Result result = Result::kUnreachable;
+  const std::int64_t begun = os::MonotonicMilliseconds();
+  if (begun < restsUntil_) return result;
   const std::size_t hosts = settings_.hosts.size(), first = host_;
   for (std::size_t i = 0; i < hosts && Left() > 0; ++i) {
     result = ConnectTo((first + i) % hosts);
     if (result != Result::kUnreachable) return result;
   }
+  // Whoever asks again and again, as a board that ticks, is not to spend all of his time waiting.
+  const std::int64_t now = os::MonotonicMilliseconds();
+  restsUntil_ = now + std::min<std::int64_t>(now - begun, kLongestRest);
   return result;
 }
 

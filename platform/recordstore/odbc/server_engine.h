@@ -92,8 +92,8 @@ class ServerEngine final : public Engine {
   Counters counters_, countersBefore_;  // of the open transaction; before its open unit
   const std::string client_;            // names this connection in store_client
   std::int64_t commits_ = 0;            // of this connection so far
-  bool isUnknown_ = false;              // what became of the last commit; to be looked up first
-  std::int64_t deadline_ = 0;           // of os::MonotonicMilliseconds
+  std::int64_t deadline_ = 0;           // of os::MonotonicMilliseconds, as the next
+  std::int64_t restsUntil_ = 0;
   std::uint64_t roundTrips_ = 0;
 };
 

@@ -1,0 +1,280 @@
+// What becomes of an operation when the network or a server does not do what it should. Runs where the environment names a
+// server (store_server.h).
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "platform/os/clock.h"
+#include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/engine.h"
+#include "platform/recordstore/kovadbcall.h"
+#include "tests/store_server.h"
+
+namespace {
+
+using kova::store::GetText;
+using kova::store::PutText;
+using kova::store::Result;
+using kova::testing::Environment;
+
+constexpr int Code(Result result) { return static_cast<int>(result); }
+constexpr int kLongestOperation = 10000;  // ms
+
+std::string FirstHost() { return Environment("KOVA_SERVER_HOSTS").substr(0, Environment("KOVA_SERVER_HOSTS").find(',')); }
+
+std::string OtherHosts() {
+  const std::string hosts = Environment("KOVA_SERVER_HOSTS");
+  const std::size_t comma = hosts.find(',');
+  return comma == std::string::npos ? std::string() : hosts.substr(comma);
+}
+
+/// A network in between, tests/tcp_proxy.mjs.
+class Proxy {
+ public:
+  explicit Proxy(const std::string& server) {
+    const std::size_t colon = server.find(':');
+    int toChild[2], fromChild[2];
+    EXPECT_EQ(pipe(toChild), 0);
+    EXPECT_EQ(pipe(fromChild), 0);
+    port_ = 10000 + getpid() % 9000;
+    child_ = fork();
+    if (child_ == 0) {
+      dup2(toChild[0], 0);
+      dup2(fromChild[1], 1);
+      for (const int fd : {toChild[0], toChild[1], fromChild[0], fromChild[1]}) close(fd);
+      execlp("node", "node", KOVA_TESTS_FOLDER "/tcp_proxy.mjs", std::to_string(port_).c_str(),
+             server.substr(0, colon).c_str(), server.substr(colon + 1).c_str(), nullptr);
+      _exit(127);
+    }
+    close(toChild[0]);
+    close(fromChild[1]);
+    to_ = fdopen(toChild[1], "w");
+    from_ = fdopen(fromChild[0], "r");
+    Heard();
+  }
+  ~Proxy() {
+    std::fclose(to_);
+    std::fclose(from_);
+    waitpid(child_, nullptr, 0);
+  }
+  std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
+  /// Gives the answer.
+  std::string Tell(const char* word) {
+    std::fprintf(to_, "%s\n", word);
+    std::fflush(to_);
+    return Heard();
+  }
+
+ private:
+  std::string Heard() {
+    char line[64];
+    if (std::fgets(line, sizeof line, from_) == nullptr) return "gone";
+    return std::string(line).substr(0, std::string_view(line).find('\n'));
+  }
+  pid_t child_ = -1;
+  int port_ = 0;
+  std::FILE* to_ = nullptr;
+  std::FILE* from_ = nullptr;
+};
+
+class ServerFaults : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!kova::testing::OnServer()) GTEST_SKIP() << "no server in the environment";
+    database_ = kova::testing::NewDatabaseName();
+    Say(Environment("KOVA_SERVER_HOSTS"));
+    std::string problem;
+    ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+  }
+  void Say(const std::string& hosts, const std::string& more = {}) {
+    kova::testing::PutOnServer(folder_.Path(), database_, hosts, more);
+  }
+  int Open(CKovaDBSys& db) { return db.OpenDB(folder_.Path().c_str()); }
+
+  static int MakeSale(CKovaDBSys& db) {
+    CSaleDB sales(nullptr, 0);
+    CSaleItemDB items(nullptr, 0);
+    if (sales.SetAssociatedDB(&db) != 0 || items.SetAssociatedDB(&db) != 0) return -1;
+    PutText(sales.record.patientCode, "1");
+    tagSALEITEM item{};
+    CString number;
+    return sales.InsertAdjustFee(number, &item, &items);
+  }
+  /// By another connection, straight to the servers.
+  int CountSales() {
+    Say(Environment("KOVA_SERVER_HOSTS"));
+    CKovaDBSys db;
+    EXPECT_EQ(Open(db), 0) << db.GetProblem();
+    CSaleDB sales(nullptr, 0);
+    EXPECT_EQ(sales.SetAssociatedDB(&db), 0);
+    int count = 0;
+    for (int r = sales.GetFIRST(); r == 0; r = sales.GetNEXT()) ++count;
+    return count;
+  }
+
+  /// The result of an operation, which must come within the time that a desk is kept waiting.
+  template <typename Operation>
+  static int Timed(Operation operation) {
+    const std::int64_t begun = kova::os::MonotonicMilliseconds();
+    const int result = operation();
+    EXPECT_LT(kova::os::MonotonicMilliseconds() - begun, kLongestOperation);
+    return result;
+  }
+
+  kova::os::testing::TemporaryFolder folder_{"server_faults"};
+  std::string database_;
+};
+
+TEST_F(ServerFaults, ALostAnswerToACommitIsLookedUp) {
+  Proxy proxy(FirstHost());
+  Say(proxy.Host() + OtherHosts());
+  CKovaDBSys db;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  ASSERT_EQ(MakeSale(db), 0);
+  proxy.Tell("lose");  // the server keeps the sale; nobody hears of it
+  EXPECT_EQ(Timed([&] { return MakeSale(db); }), 0);
+  ASSERT_EQ(proxy.Tell("state"), "pass");
+  EXPECT_EQ(CountSales(), 2);
+  Say(proxy.Host() + OtherHosts());
+  proxy.Tell("pass");
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  proxy.Tell("swallow");  // the server never hears of it
+  EXPECT_EQ(Timed([&] { return MakeSale(db); }), Code(Result::kUnreachable));
+  ASSERT_EQ(proxy.Tell("state"), "pass");
+  EXPECT_EQ(CountSales(), 2);
+  EXPECT_EQ(MakeSale(db), 0);
+  EXPECT_EQ(CountSales(), 3);
+}
+
+TEST_F(ServerFaults, AServerThatFallsSilentIsGivenUpInTime) {
+  Proxy proxy(FirstHost());
+  Say(proxy.Host());
+  CKovaDBSys db;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  ASSERT_EQ(MakeSale(db), 0);
+  CSaleDB sales(nullptr, 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
+  ASSERT_EQ(sales.BeginTran(), 0);
+  ASSERT_EQ(sales.GetFIRST(), 0);
+  PutText(sales.record.patientCode, "2");
+  ASSERT_EQ(sales.Update(UPDATE_ALWAYS), 0);
+  proxy.Tell("hold");
+  EXPECT_NE(Timed([&] { return sales.EndTran(); }), 0);
+  EXPECT_EQ(Timed([&] { return sales.GetFIRST(); }), Code(Result::kUnreachable));
+  CKovaDBSys other;
+  EXPECT_EQ(Timed([&] { return Open(other); }), Code(Result::kUnreachable));
+  proxy.Tell("pass");
+  kova::os::SleepMilliseconds(3000);  // the rest after all servers were tried in vain
+  EXPECT_EQ(Timed([&] { return sales.GetFIRST(); }), 0);
+  EXPECT_STREQ(sales.record.patientCode, "1");  // nothing half-written
+  EXPECT_EQ(Timed([&] { return MakeSale(db); }), 0);
+}
+
+TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
+  if (OtherHosts().empty()) GTEST_SKIP() << "one server only";
+  Proxy proxy(FirstHost());
+  Say(proxy.Host() + OtherHosts());
+  CKovaDBSys db;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(MakeSale(db), 0);
+  CSaleDB sales(nullptr, 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
+  ASSERT_EQ(sales.GetFIRST(), 0);
+  proxy.Tell("refuse");
+  EXPECT_EQ(Timed([&] { return sales.GetNEXT(); }), 0);
+  EXPECT_STREQ(sales.record.saleNumber, "000000000002");
+  EXPECT_EQ(Timed([&] { return MakeSale(db); }), 0);
+  // In the middle of a transaction there is no way on, and nothing of it is kept.
+  proxy.Tell("pass");
+  CKovaDBSys second;
+  ASSERT_EQ(Open(second), 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&second), 0);
+  ASSERT_EQ(sales.BeginTran(), 0);
+  ASSERT_EQ(sales.GetFIRST(), 0);
+  ASSERT_EQ(sales.CBaseDBCall::Delete(), 0);
+  proxy.Tell("refuse");
+  EXPECT_NE(Timed([&] { return sales.GetFIRST(); }), 0);
+  EXPECT_NE(sales.CBaseDBCall::Insert(), 0);
+  EXPECT_NE(Timed([&] { return sales.EndTran(); }), 0);
+  EXPECT_EQ(CountSales(), 4);
+  EXPECT_EQ(sales.GetFIRST(), 0);
+}
+
+TEST_F(ServerFaults, OfTwoNodesTransactionsTheFirstOneWins) {
+  if (OtherHosts().empty()) GTEST_SKIP() << "one server only";
+  CKovaDBSys first, second;
+  ASSERT_EQ(Open(first), 0);
+  ASSERT_EQ(MakeSale(first), 0);
+  Say(OtherHosts().substr(1));
+  ASSERT_EQ(Open(second), 0);
+  CSaleDB one(nullptr, 0), two(nullptr, 0);
+  ASSERT_EQ(one.SetAssociatedDB(&first), 0);
+  ASSERT_EQ(two.SetAssociatedDB(&second), 0);
+  ASSERT_EQ(one.BeginTran(), 0);
+  ASSERT_EQ(two.BeginTran(), 0);
+  ASSERT_EQ(one.GetFIRST(), 0);
+  ASSERT_EQ(two.GetFIRST(), 0);
+  PutText(one.record.patientCode, "one");
+  ASSERT_EQ(one.Update(UPDATE_ALWAYS), 0);
+  ASSERT_EQ(one.EndTran(), 0);
+  PutText(two.record.patientCode, "two");
+  const int updated = two.Update(UPDATE_ALWAYS), ended = two.EndTran();
+  EXPECT_EQ(updated == 0 ? ended : updated, Code(Result::kConflict));
+  ASSERT_EQ(two.GetFIRST(), 0);
+  EXPECT_STREQ(two.record.patientCode, "one");
+  // What the store can do again by itself it does.
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_EQ(MakeSale(first), 0);
+    ASSERT_EQ(MakeSale(second), 0);
+  }
+  EXPECT_EQ(CountSales(), 41);
+}
+
+TEST_F(ServerFaults, WhatCannotBeUsedIsToldAndNamed) {
+  const std::string hosts = Environment("KOVA_SERVER_HOSTS");
+  CKovaDBSys db;
+  Say(hosts, "Driver=No Such Driver\r\n");
+  EXPECT_EQ(Open(db), Code(Result::kNoDriver));
+  EXPECT_NE(db.GetProblem().find("No Such Driver"), std::string::npos) << db.GetProblem();
+  Say("no-such-host.invalid:5432");
+  EXPECT_EQ(Timed([&] { return Open(db); }), Code(Result::kUnreachable));
+  Say("127.0.0.1:1," + hosts);  // nobody listens there: the next one is taken
+  EXPECT_EQ(Open(db), 0) << db.GetProblem();
+  for (const char* bad : {"", "a:b", "a:99999", "[::1", ":5432"}) {
+    Say(bad);
+    EXPECT_EQ(Open(db), Code(Result::kBadArgument)) << bad;
+    EXPECT_NE(db.GetProblem().find("Hosts"), std::string::npos) << bad;
+  }
+  Say(hosts);
+  const std::string password = Environment("KOVA_DB_PASSWORD");
+  setenv("KOVA_DB_PASSWORD", "wrong;}' password", 1);
+  EXPECT_EQ(Open(db), Code(Result::kNoAccess)) << db.GetProblem();
+  EXPECT_EQ(db.GetProblem().find("wrong;}"), std::string::npos);
+  setenv("KOVA_DB_PASSWORD", password.c_str(), 1);
+  EXPECT_EQ(KovaCreateDatabase(folder_.Path().c_str()), Code(Result::kDuplicate));
+  database_ = "kova_no_such";
+  Say(hosts);
+  EXPECT_EQ(Open(db), Code(Result::kNoDatabase)) << db.GetProblem();
+  EXPECT_FALSE(db.IsOpen());
+}
+
+TEST_F(ServerFaults, EncryptionVerifiesTheServerWhereAnAuthorityIsNamed) {
+  const std::string hosts = Environment("KOVA_SERVER_HOSTS");
+  CKovaDBSys db;
+  Say(hosts, "Encryption=always\r\n");
+  EXPECT_EQ(Open(db), 0) << db.GetProblem();
+  const auto copy = [&](const char* name) {
+    EXPECT_EQ(std::system(("cp " + Environment(name) + " " + folder_.Argument() + "/ca.pem").c_str()), 0);
+  };
+  copy("KOVA_SERVER_CA");
+  Say(hosts, "Certificate=ca.pem\r\n");
+  EXPECT_EQ(Open(db), 0) << db.GetProblem();
+  copy("KOVA_SERVER_OTHER_CA");
+  EXPECT_EQ(Open(db), Code(Result::kUnreachable)) << "a stranger's server was taken";
+}
+
+}  // namespace

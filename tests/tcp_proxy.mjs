@@ -1,0 +1,56 @@
+// A server's stand-in on the network, for fault tests: node tcp_proxy.mjs PORT SERVER-HOST SERVER-PORT.
+// What it does with what passes through is said on standard input, a word a line; each is answered on standard output.
+//   pass      hand everything on (as at the beginning)
+//   hold      take everything, answer nothing, and tell nobody; connections stay open
+//   refuse    end every connection, and each new one at once
+//   lose      hand a COMMIT on, and end the connection instead of handing the answer back; once
+//   swallow   end both sides when a COMMIT comes, which the server never sees; once
+//   state     say which of these holds: pass again after lose and swallow
+import net from 'node:net';
+import readline from 'node:readline';
+
+const [port, serverHost, serverPort] = process.argv.slice(2);
+let mode = 'pass';
+const open = new Set();
+
+function end(...sockets) {
+  for (const socket of sockets) socket.destroy();
+}
+
+const proxy = net.createServer(client => {
+  if (mode === 'refuse') return end(client);
+  const server = net.connect(Number(serverPort), serverHost);
+  open.add(client);
+  let answerIsLost = false;
+  client.on('data', bytes => {
+    const commits = bytes.includes('COMMIT');
+    if (mode === 'hold') return;
+    if (commits && mode === 'swallow') {
+      mode = 'pass';
+      return end(client, server);
+    }
+    if (commits && mode === 'lose') {
+      mode = 'pass';
+      answerIsLost = true;
+    }
+    server.write(bytes);
+  });
+  server.on('data', bytes => {
+    if (mode === 'hold') return;
+    if (answerIsLost) return end(client, server);
+    client.write(bytes);
+  });
+  for (const [one, other] of [[client, server], [server, client]]) {
+    one.on('error', () => {});
+    one.on('close', () => {
+      open.delete(client);
+      if (mode !== 'hold') end(other);
+    });
+  }
+});
+proxy.listen(Number(port), '127.0.0.1', () => console.log('ready'));
+readline.createInterface({ input: process.stdin }).on('line', word => {
+  if (word !== 'state') mode = word;
+  if (mode === 'refuse') end(...open);
+  console.log(mode);
+}).on('close', () => process.exit(0));
