@@ -1,10 +1,10 @@
 #!/bin/bash
-# run_tests.sh [native|windows|rules ...]: runs the built tests, all groups without an argument.
+# run_tests.sh [rules|native|servers|windows ...]: runs the built tests, all groups without an argument.
 # Prints what failed and ends in "N passed, N failed". Exit code 1 when anything failed.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 groups=("$@")
-[ ${#groups[@]} -gt 0 ] || groups=(rules native windows)
+[ ${#groups[@]} -gt 0 ] || groups=(rules native servers windows)
 passed=0
 failed=0
 
@@ -53,6 +53,51 @@ run_check() {
   rm -f "$log"
 }
 
+# need_server KIND: starts postgres or galera with fresh data, once; it runs until these tests end. Says why it cannot be had.
+declare -A server_state
+need_server() {
+  local log="build/results/servers-$1.log" title=PostgreSQL
+  [ "$1" = postgres ] || title="A Galera cluster"
+  if [ -z "${server_state[$1]:-}" ]; then
+    mkdir -p build/results
+    trap stop_servers EXIT
+    trap 'exit 130' INT TERM
+    server_state[$1]=started
+    if ! KOVA_SERVER_NAME="test-$1" "scripts/$1.sh" start fresh >"$log" 2>&1 </dev/null; then
+      server_state[$1]=missing
+      echo "$title could not be had: $(head -1 "$log") (more: $log)"
+    fi
+  fi
+  [ "${server_state[$1]}" = started ]
+}
+
+stop_servers() {
+  local kind
+  for kind in "${!server_state[@]}"; do
+    KOVA_SERVER_NAME="test-$kind" "scripts/$kind.sh" stop
+  done
+}
+
+# run_on_servers GROUP LIST COMMAND...: the programs that the file LIST names, a line each, on each kind of server. In
+# COMMAND, @ stands for the name; scripts/postgres.sh and galera.sh, called by a program, mean the server it runs on.
+run_on_servers() {
+  local group=$1 list=$2 kind name
+  shift 2
+  [ -s "$list" ] || return 0
+  for kind in postgres galera; do
+    need_server "$kind" || continue
+    set -a
+    source "build/servers/test-$kind.env"
+    set +a
+    export KOVA_TEST_SERVER=$kind
+    [ "$kind" = galera ] || KOVA_TEST_SERVER=postgresql
+    while read -r name; do
+      run_program "$group-$kind" "$name" "${@//@/$name}"
+    done <"$list"
+    unset "${!KOVA_SERVER_@}" KOVA_TEST_SERVER
+  done
+}
+
 # Programs that open windows need a display.
 in_windows='^window_[a-z]+_test$'
 
@@ -89,6 +134,9 @@ for group in "${groups[@]}"; do
       run_check native/pages scripts/page_pictures.sh out/pages
       run_check native/map_page node tests/pages/map_page_test.mjs
       unset KOVA_PAGES
+      ;;
+    servers)
+      run_on_servers servers build/native/server_tests.txt timeout 600 build/native/tests/@
       ;;
     windows)
       run_check windows/exports scripts/check_exports.sh

@@ -213,7 +213,7 @@ ssl-cert=$1/tls/server.pem
 ssl-key=$1/tls/server.key
 ssl-ca=$1/tls/ca.pem
 character-set-server=utf8mb4
-collation-server=utf8mb4_bin
+collation-server=utf8mb4_nopad_bin
 max-connections=250
 performance-schema=off
 innodb-buffer-pool-size=64M
@@ -246,7 +246,7 @@ wsrep-sst-auth=kova_sst:$sst_password
 wsrep-sst-receive-address=$4:$8
 wsrep-slave-threads=2
 # A node that falls silent is given up after 3 s; the others answer again within 5.
-wsrep-provider-options="gmcast.listen_addr=tcp://$4:$6; ist.recv_addr=$4:$7; ist.recv_bind=$4; gcache.size=32M; \
+wsrep-provider-options="gmcast.listen_addr=tcp://$4:$6; ist.recv_addr=$4:$7; ist.recv_bind=$4:$7; gcache.size=32M; \
 evs.keepalive_period=PT0.5S; evs.inactive_check_period=PT0.5S; evs.suspect_timeout=PT3S; evs.inactive_timeout=PT5S; \
 evs.install_timeout=PT5S; pc.recovery=false"
 END
@@ -323,32 +323,36 @@ node_wait() {
   fi
 }
 
-# The position up to which a node's data go, 0 when it does not say; after a crash the server is asked.
-galera_position() {
-  local home="$folder/node$1" seqno
-  seqno=$(sed -n 's/^seqno: *//p' "$home/data/grastate.dat" 2>/dev/null)
-  if [ "${seqno:--1}" -lt 0 ]; then
+# galera_recover N...: asks those that did not end properly how far their data go, all at once.
+galera_recover() {
+  local n home pids=()
+  for n in "$@"; do
+    home="$folder/node$n"
     rm -f "$home/recover.log"
-    (cd "$home" && timeout "$server_patience" "${as[@]}" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover --skip-networking \
-      "--log-error=$home/recover.log" >/dev/null 2>&1)
-    recovered=$(sed -n 's/.*Recovered position: *//p' "$home/recover.log" | tail -1)
-    seqno=${recovered##*:}
-  else
-    recovered=
-  fi
-  position=${seqno:-0}
+    grep -qsE '^seqno: *[0-9]' "$home/data/grastate.dat" && continue
+    (cd "$home" && exec timeout "$server_patience" "${as[@]}" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover \
+      --skip-networking "--log-error=$home/recover.log" >/dev/null 2>&1 8>&- 9>&-) &
+    pids+=($!)
+  done
+  [ ${#pids[@]} -eq 0 ] || wait "${pids[@]}" || true
+}
+
+# The position of node N: UUID:number where it was asked, else nothing; and the number alone, in `position`.
+galera_position() {
+  local home="$folder/node$1"
+  recovered=$(sed -n 's/.*Recovered position: *//p' "$home/recover.log" 2>/dev/null | tail -1)
+  position=${recovered##*:}
+  position=${position:-$(sed -n 's/^seqno: *//p' "$home/data/grastate.dat" 2>/dev/null)}
+  position=${position:-0}
 }
 
 # node_rejoin N ARGUMENT...: starts a node on the data that it has.
 node_rejoin() {
-  local n=$1
-  shift
   if [ "$kind" = galera ]; then
-    [ -n "${recovered+x}" ] || galera_position "$n"
+    galera_position "$1"
     [ -z "$recovered" ] || set -- "$@" "--wsrep-start-position=$recovered"
-    unset recovered
   fi
-  node_launch "$n" "$@"
+  node_launch "$@"
 }
 
 # node_lay_out N: its folder with fresh data where there are none, and its settings.
@@ -378,25 +382,37 @@ node_lay_out() {
   [ "$(id -u)" -ne 0 ] || chown -R "${as[1]#*=}:${as[2]#*=}" "$home"
 }
 
-# Addresses and ports: those of the last time, unless somebody listens there by now.
+# Addresses and ports. On loopback those of the last time, unless somebody listens there by now; a server called net-... has a
+# machine of its own, see cluster_net.sh.
 server_addresses() {
   local n port
+  if [[ $name = net-* ]]; then
+    for n in $nodes; do
+      node_port[n]=5432 node_address[n]=$(net_address "$kind" "$n") node_space[n]=$(net_space "$kind" "$n")
+      [ "$kind" = postgres ] || node_port[n]=3306 node_group_port[n]=4567 node_ist_port[n]=4568 node_sst_port[n]=4444
+    done
+    return
+  fi
   for n in $nodes; do
     for port in "${node_port[$n]:-0}" "${node_group_port[$n]:-1}" "${node_ist_port[$n]:-1}" "${node_sst_port[$n]:-1}"; do
-      [ "$port" -ne 0 ] && [ -z "$(ss -Htln "sport = :$port")" ] || unset node_port
+      [ "$port" -ne 0 ] && [ -z "$(ss -Htln "sport = :$port")" ] || node_port=()
     done
   done
-  [ -z "${node_port+x}" ] || return 0
+  [ ${#node_port[@]} -eq 0 ] || return 0
   for n in $nodes; do
     node_address[n]=127.0.0.1
-    free_port; node_port[n]=$free_port
-    if [ "$kind" = galera ]; then
-      free_port; node_group_port[n]=$free_port
-      free_port; node_ist_port[n]=$free_port
-      free_port; node_sst_port[n]=$free_port
-    fi
+    free_port && node_port[n]=$free_port
+    [ "$kind" = galera ] || continue
+    free_port && node_group_port[n]=$free_port
+    free_port && node_ist_port[n]=$free_port
+    free_port && node_sst_port[n]=$free_port
   done
 }
+
+# A machine's name and its address in the network of cluster_net.sh; the name is this checkout's own.
+net_tag=kova-$(cksum <<<"$servers" | cut -d' ' -f1)
+net_space() { echo "$net_tag-$1$2"; }
+net_address() { [ "$1" = galera ] && echo "10.77.0.1$2" || echo 10.77.0.21; }
 
 server_facts() {
   local hosts= pids= n
@@ -446,19 +462,16 @@ server_start() {
     node_wait 1 || return 1
   else
     # The node that knows most begins the cluster; the others join it.
+    galera_recover $nodes
     for n in $nodes; do
       galera_position "$n"
-      starts[n]=$recovered
       [ "$position" -le "$best" ] || { best=$position first=$n; }
     done
     sed -i 's/^safe_to_bootstrap:.*/safe_to_bootstrap: 1/' "$folder/node$first/data/grastate.dat"
-    recovered=${starts[first]}
     node_rejoin "$first" --wsrep-new-cluster
     node_wait "$first" || return 1
     for n in $nodes; do
-      [ "$n" != "$first" ] || continue
-      recovered=${starts[n]}
-      node_rejoin "$n"
+      [ "$n" = "$first" ] || node_rejoin "$n"
     done
     for n in $nodes; do
       node_wait "$n" || return 1
@@ -467,11 +480,12 @@ server_start() {
   server_facts
 }
 
-# node_stop N SIGNAL
+# node_signal N SIGNAL; a PostgreSQL server stands still only with its children.
 node_signal() {
-  local pid
+  local pid children=
   pid=$(node_pid "$1") || return 0
-  kill "-$2" "$pid" 2>/dev/null || true
+  case $2 in STOP | CONT) children=$(cat "/proc/$pid/task/$pid/children" 2>/dev/null) ;; esac
+  kill "-$2" "$pid" $children 2>/dev/null || true
 }
 
 # server_stop NAME: within seconds; one that does not end when asked is ended.
@@ -527,6 +541,7 @@ server_command() {
           node_signal "$n" CONT
           node_signal "$n" "$([ "$kind" = postgres ] && echo INT || echo TERM)"
           wait_until 15 node_gone "$n" || { node_signal "$n" KILL; wait_until 10 node_gone "$n"; }
+          [ "$kind" = postgres ] || galera_recover "$n"
           node_rejoin "$n" && node_wait "$n" && server_facts
           ;;
       esac
