@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/distant_engine.h"
 #include "tests/store_server.h"
 
 namespace {
@@ -18,13 +20,15 @@ using kova::store::Result;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 
-class RecordStore : public testing::Test {
+// The parameter: whether the store is taken for one on the other side of a network, which is read in other blocks.
+class RecordStore : public testing::TestWithParam<bool> {
  protected:
   void SetUp() override {
     kova::testing::PutOnServer(folder_.Path(), kova::testing::NewDatabaseName());
     std::string problem;
     ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
     ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0) << db_.GetProblem();
+    if (GetParam()) kova::store::testing::PutFarAway(db_);
   }
 
   static void PutReservation(CKovaDBSys& db, const char* number, const char* date, const char* time) {
@@ -50,6 +54,11 @@ class RecordStore : public testing::Test {
   CKovaDBSys db_;
 };
 
+// A store on a server is distant anyway.
+INSTANTIATE_TEST_SUITE_P(NearAndFar, RecordStore,
+                         testing::ValuesIn(kova::testing::OnServer() ? std::vector{false} : std::vector{false, true}),
+                         [](const auto& distant) { return distant.param ? "Far" : "Near"; });
+
 // A positioning call on the category codes of class 1, 10 20 20x 30, told as "found" or "-" for the end.
 struct PositioningCase {
   const char* name;
@@ -59,7 +68,7 @@ struct PositioningCase {
   const char* found;
 };
 
-TEST_F(RecordStore, PositionsByKeyBytesAndPrefixes) {
+TEST_P(RecordStore, PositionsByKeyBytesAndPrefixes) {
   for (const char* code : {"10", "20", "30"}) PutCategory(db_, "1", code, "x");
   PutCategory(db_, "2", "10", "x");
   const PositioningCase cases[] = {
@@ -128,7 +137,7 @@ TEST_F(RecordStore, PositionsByKeyBytesAndPrefixes) {
   }
 }
 
-TEST_F(RecordStore, WalksForthAndBackAcrossBlocksAndEqualKeys) {
+TEST_P(RecordStore, WalksForthAndBackAcrossBlocksAndEqualKeys) {
   // 1,000 reservations at the same minute and two at its sides: equal keys come in the order of writing.
   CReservationDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
@@ -166,7 +175,108 @@ TEST_F(RecordStore, WalksForthAndBackAcrossBlocksAndEqualKeys) {
   EXPECT_EQ(GetText(table.record.reservationNumber), forth[20]);
 }
 
-TEST_F(RecordStore, AWalkSeesWhatItsOwnConnectionWrites) {
+TEST_P(RecordStore, AWalkEndsWhereItIsToldTo) {
+  for (const char* place : {"10", "13", "1a", "1\xFF", "20", "25", "3"})
+    PutCategory(db_, std::string(place, 1).c_str(), place + 1, "x");
+  const struct {
+    int (CBaseDBCall::*call)();
+    const char *key, *end;
+    std::string walk;  // the codes found from there on; "-" for not found
+  } cases[] = {
+      {&CBaseDBCall::GetGREQ, "1", "1", "10 13 1a 1\xFF "},
+      {&CBaseDBCall::GetGREQ, "2", "2", "20 25 "},
+      {&CBaseDBCall::GetFIRST, "", "2", "10 13 1a 1\xFF 20 25 "},
+      {&CBaseDBCall::GetGREQ, "1", "", "10 13 1a 1\xFF 20 25 3 "},
+      {&CBaseDBCall::GetGREQ, "1", nullptr, "10 13 1a 1\xFF 20 25 3 "},
+      {&CBaseDBCall::GetGREQ, "11", "1", "13 1a 1\xFF "},
+      {&CBaseDBCall::GetGREQ, "3", "2", ""},
+      {&CBaseDBCall::GetFIRST, "", "0", ""},
+      {&CBaseDBCall::GetEQ, "2", "2", "20 25 "},
+      {&CBaseDBCall::GetEQ, "2", "1", "-"},
+      {&CBaseDBCall::GetLEEQ, "2", "1", "25 "},  // backward there is no end, and behind it nothing follows
+  };
+  CCategoryDB table(nullptr, 0);
+  ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
+  const auto bytes = [](const char* place) {  // class and code at their widths
+    std::string key(place, std::min<std::size_t>(std::strlen(place), 1));
+    if (key.size() < std::strlen(place)) key.append(1, '\0').append(place + 1);
+    return key;
+  };
+  for (const auto& each : cases) {
+    ASSERT_EQ(table.SetKey(1), 0);
+    const std::string key = bytes(each.key);
+    table.SetKeyBuffer(key.data(), static_cast<unsigned long>(key.size()));
+    if (each.end != nullptr) table.SetWalkEnd(each.end, static_cast<unsigned long>(std::strlen(each.end)));
+    std::string walk;
+    int result = (table.*each.call)();
+    for (; result == 0; result = table.GetNEXT())
+      walk += std::string(GetText(table.record.classCode)) + std::string(GetText(table.record.code)) + " ";
+    if (result == Code(Result::kNotFound)) walk = "-";
+    EXPECT_EQ(walk, each.walk) << each.key << " to " << (each.end == nullptr ? "null" : each.end);
+    EXPECT_EQ(table.IsEOF() != 0, each.walk != "-") << each.key;
+  }
+
+  // What is written behind the record reached is seen, also where the walk was read to its end; the end is taken off
+  // and put back in the middle.
+  ASSERT_EQ(table.SetKey(1), 0);
+  table.SetWalkEnd("1", 1);
+  table.SetKeyBuffer("1", 1);
+  ASSERT_EQ(table.GetGREQ(), 0);
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(table.GetNEXT(), 0);
+  PutCategory(db_, "1", "\xFF\xFE", "x");
+  ASSERT_EQ(table.GetNEXT(), 0);
+  EXPECT_STREQ(table.record.code, "\xFF\xFE");
+  table.SetWalkEnd(nullptr, 0);
+  ASSERT_EQ(table.GetNEXT(), 0);
+  EXPECT_STREQ(table.record.classCode, "2");
+  table.SetWalkEnd("1", 1);
+  EXPECT_EQ(table.GetNEXT(), Code(Result::kEndOfTable));
+}
+
+TEST_P(RecordStore, RecordsReadAheadAreAnsweredAsOthers) {
+  CPatientDB writer(nullptr, 0), table(nullptr, 0);
+  ASSERT_EQ(writer.SetAssociatedDB(&db_), 0);
+  ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
+  for (const char* code : {"", "1", "2", "3"}) {
+    PutText(writer.record.patientCode, code);
+    PutText(writer.record.name, code);
+    PutText(writer.record.phone, "090");
+    ASSERT_EQ(writer.Insert(), 0);
+  }
+  const std::vector<std::string> codes = {"3", "1", "", "1", "9", "2", std::string(40, '1')};
+  for (const char* fields : {static_cast<const char*>(nullptr), "name"}) {
+    ASSERT_EQ(table.SetFields(fields), 0);
+    EXPECT_EQ(table.ReadAhead(codes), 0) << "without a view there is nothing to hold them";
+    const CKovaReads reads(&db_);
+    ASSERT_EQ(table.ReadAhead(codes), 0);
+    ASSERT_EQ(table.ReadAhead({}), 0);
+    ASSERT_EQ(table.ReadAhead(codes), 0);
+    for (const std::string& code : codes) {
+      const bool exists = code < "4" && code.size() < 2;
+      EXPECT_EQ(table.GetPatient1Data(code.c_str()), exists ? 0 : Code(Result::kNotFound)) << code;
+      if (!exists) continue;
+      EXPECT_EQ(GetText(table.record.name), code);
+      EXPECT_STREQ(table.record.phone, fields == nullptr ? "090" : "");
+      EXPECT_EQ(table.GetNEXT(), code == "3" ? Code(Result::kEndOfTable) : 0) << code;
+      ASSERT_EQ(table.GetPatient1Data(code.c_str()), 0);
+      EXPECT_EQ(table.GetPREV(), code.empty() ? Code(Result::kEndOfTable) : 0) << code;
+    }
+  }
+  // A write of its own connection, another view: they are read anew.
+  ASSERT_EQ(table.SetFields(nullptr), 0);
+  const CKovaReads reads(&db_);
+  ASSERT_EQ(table.ReadAhead(codes), 0);
+  ASSERT_EQ(table.GetPatient1Data("2"), 0);
+  PutText(table.record.name, "山田");
+  ASSERT_EQ(table.UpdateIfUnchanged(), 0);
+  ASSERT_EQ(table.GetPatient1Data("2"), 0);
+  EXPECT_STREQ(table.record.name, "山田");
+  PutText(writer.record.patientCode, "9");
+  ASSERT_EQ(writer.Insert(), 0);
+  EXPECT_EQ(table.GetPatient1Data("9"), 0);
+}
+
+TEST_P(RecordStore, AWalkSeesWhatItsOwnConnectionWrites) {
   for (const char* number : {"1", "2", "3", "4", "5", "6"}) PutReservation(db_, number, "20260101", "0900");
   CReservationDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
@@ -189,7 +299,7 @@ TEST_F(RecordStore, AWalkSeesWhatItsOwnConnectionWrites) {
   EXPECT_STREQ(table.record.memo, "changed");
 }
 
-TEST_F(RecordStore, BytesComeBackAsTheyWentIn) {
+TEST_P(RecordStore, BytesComeBackAsTheyWentIn) {
   CPatientDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
   tagPATIENTDB written{};
@@ -212,7 +322,7 @@ TEST_F(RecordStore, BytesComeBackAsTheyWentIn) {
   EXPECT_EQ(table.GetEQ(), 0);
 }
 
-TEST_F(RecordStore, KeyOrderIsByBytesNotByUnicode) {
+TEST_P(RecordStore, KeyOrderIsByBytesNotByUnicode) {
   // In code page 932 ア (8341) stands before 亜 (889F) and after あ (82A0); ｱ (B1) stands between; Unicode
   // has another order.
   CPatientDB table(nullptr, 0);
@@ -230,7 +340,7 @@ TEST_F(RecordStore, KeyOrderIsByBytesNotByUnicode) {
   EXPECT_EQ(order, (std::vector<std::string>{"A", "~", "あ", "ア", "亜", "ｱ", "龠"}));
 }
 
-TEST_F(RecordStore, PrimaryKeyIsUniqueAndRebuiltFromTheBuffer) {
+TEST_P(RecordStore, PrimaryKeyIsUniqueAndRebuiltFromTheBuffer) {
   PutCategory(db_, "1", "10", "診察台");
   CCategoryDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
@@ -244,7 +354,7 @@ TEST_F(RecordStore, PrimaryKeyIsUniqueAndRebuiltFromTheBuffer) {
   EXPECT_EQ(table.SetKey(7), Code(Result::kNoSuchKey));
 }
 
-TEST_F(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
+TEST_P(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   CCategoryDB unbound(nullptr, 0);
   EXPECT_EQ(unbound.GetFIRST(), Code(Result::kNotOpen));
   EXPECT_EQ(unbound.Insert(), Code(Result::kNotOpen));
@@ -268,7 +378,7 @@ TEST_F(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   EXPECT_EQ(table.Open(), 0);
 }
 
-TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
+TEST_P(RecordStore, TransactionsKeepAllOrNothing) {
   PutReservation(db_, "1", "20260101", "0900");
   CReservationDB table(nullptr, 0);
   CCategoryDB other(nullptr, 0);
@@ -296,7 +406,7 @@ TEST_F(RecordStore, TransactionsKeepAllOrNothing) {
   EXPECT_EQ(other.GetCategoryData("5", "02"), Code(Result::kNotFound)) << "closing takes an open one back";
 }
 
-TEST_F(RecordStore, APartOfTheFieldsIsReadAndNeverWritten) {
+TEST_P(RecordStore, APartOfTheFieldsIsReadAndNeverWritten) {
   for (int i = 10; i < 40; ++i) PutCategory(db_, "1", std::to_string(i).c_str(), "表");
   CCategoryDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
@@ -320,7 +430,7 @@ TEST_F(RecordStore, APartOfTheFieldsIsReadAndNeverWritten) {
   EXPECT_STREQ(table.record.marker, "__");
 }
 
-TEST_F(RecordStore, TheChangeTimeChangesWithEveryChange) {
+TEST_P(RecordStore, TheChangeTimeChangesWithEveryChange) {
   CCategoryDB table(nullptr, 0);
   ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
   std::vector<long long> stamps = {table.GetFileTime().GetTime()};
@@ -364,7 +474,7 @@ TEST_F(RecordStore, TheChangeTimeChangesWithEveryChange) {
   EXPECT_GT(after, before) << "either of several tables";
 }
 
-TEST_F(RecordStore, AnUpdateOfWhatAnotherChangedIsSeen) {
+TEST_P(RecordStore, AnUpdateOfWhatAnotherChangedIsSeen) {
   PutReservation(db_, "1", "20260101", "0900");
   CKovaDBSys second;
   ASSERT_EQ(second.OpenDB(folder_.Path().c_str()), 0);
@@ -386,7 +496,7 @@ TEST_F(RecordStore, AnUpdateOfWhatAnotherChangedIsSeen) {
   EXPECT_EQ(mine.Update(UPDATE_ALWAYS), Code(Result::kChanged)) << "there is no record to write over";
 }
 
-TEST_F(RecordStore, ReadsOfOneOperationSeeOneMoment) {
+TEST_P(RecordStore, ReadsOfOneOperationSeeOneMoment) {
   PutReservation(db_, "1", "20260101", "0900");
   CKovaDBSys second;
   ASSERT_EQ(second.OpenDB(folder_.Path().c_str()), 0);
@@ -403,7 +513,7 @@ TEST_F(RecordStore, ReadsOfOneOperationSeeOneMoment) {
   EXPECT_EQ(table.GetReservationData("3"), 0);
 }
 
-TEST_F(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
+TEST_P(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
   CSaleDB sale(nullptr, 0);
   CSaleItemDB items(nullptr, 0);
   ASSERT_EQ(sale.SetAssociatedDB(&db_), 0);
@@ -441,7 +551,7 @@ TEST_F(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
   EXPECT_EQ(sale.InsertAdjustFee(number, &item, &unbound), Code(Result::kBadArgument));
 }
 
-TEST_F(RecordStore, TheSpecialOperationsOfTables) {
+TEST_P(RecordStore, TheSpecialOperationsOfTables) {
   CPatientDB patient(nullptr, 0);
   CPatientDB2 second(nullptr, 0);
   ASSERT_EQ(patient.SetAssociatedDB(&db_), 0);
@@ -483,7 +593,7 @@ TEST_F(RecordStore, TheSpecialOperationsOfTables) {
   EXPECT_EQ(charge.Delete(1), 0);
 }
 
-TEST_F(RecordStore, SumsOfASale) {
+TEST_P(RecordStore, SumsOfASale) {
   CSaleItemDB items(nullptr, 0);
   ASSERT_EQ(items.SetAssociatedDB(&db_), 0);
   const struct {
@@ -513,7 +623,7 @@ TEST_F(RecordStore, SumsOfASale) {
             (std::vector<long>{468, 1300, 300, 124, 2800}));
 }
 
-TEST_F(RecordStore, WhatAConnectionKeepsLivesUntilItIsClosed) {
+TEST_P(RecordStore, WhatAConnectionKeepsLivesUntilItIsClosed) {
   static int alive = 0;
   struct Kept : CKovaKept {
     Kept() { ++alive; }

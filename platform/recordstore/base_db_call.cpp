@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "platform/recordstore/cursor.h"
@@ -72,6 +73,19 @@ void CBaseDBCall::SetKeyBuffer(const char* key, unsigned long length) {
   } catch (const std::exception&) {
     // No memory for a few bytes: the next positioning uses what was there and most likely fails too.
   }
+}
+
+void CBaseDBCall::SetWalkEnd(const char* key, unsigned long length) {
+  try {
+    cursor_->SetWalkEnd(key == nullptr ? std::optional<std::string_view>() : std::string_view(key, length));
+  } catch (const std::exception&) {
+    // As above.
+  }
+}
+
+int CBaseDBCall::ReadAhead(std::span<const std::string> firstFields) {
+  DropClosed();
+  return AsInt([&] { return cursor_->ReadAhead(firstFields); });
 }
 
 #define KOVA_POSITIONING(Name, CursorCall)             \

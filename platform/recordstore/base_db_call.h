@@ -4,6 +4,8 @@
 #include <atltime.h>
 
 #include <memory>
+#include <span>
+#include <string>
 
 #include "platform/recordstore/db_sys.h"
 #include "platform/recordstore/kovadbcall_export.h"
@@ -48,6 +50,15 @@ class KOVADBCALL_API CBaseDBCall {
   /// The key value for the next positioning call: the key's fields one behind the other, each at its full
   /// width, zero-filled. Shorter is a prefix; longer is cut to the key's width.
   void SetKeyBuffer(const char* key, unsigned long length);
+  /// Ends walks of the key in use: GetFIRST, GetGREQ and GetNEXT find no record behind the last one whose key begins
+  /// with these bytes or is less, as if the table ended there; GetEQ gives not found. The calls backward are not
+  /// limited. Such a walk is meant to be read to its end: a distant store is asked few times, for many records. No
+  /// bytes: every record. Null takes the end off, and so do SetKey, SetFields and Close.
+  void SetWalkEnd(const char* key, unsigned long length);
+  /// Says which records will be looked up, by the first field of their primary key (Get...Data, GetEQ): a distant
+  /// store is asked once for all of them. They are used while the CKovaReads is open that must be open here, and until
+  /// the table is written; the next call forgets them. Does nothing where a look-up costs little.
+  int ReadAhead(std::span<const std::string> firstFields);
 
   /// Load the record whose key is equal to, not less than, not greater than, less than the key buffer.
   int GetEQ();

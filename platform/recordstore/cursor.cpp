@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace kova::store {
 namespace {
@@ -11,21 +12,28 @@ namespace {
 constexpr std::size_t kFirstReadAhead = 8;
 constexpr std::size_t kLargestReadAhead = 64;
 
+// On a distant store the search is a question over the network: many records cost as much.
+constexpr std::size_t kFirstDistantReadAhead = 64;
+constexpr std::size_t kLargestDistantReadAhead = 4096;
+constexpr std::size_t kLargestDistantBlock = 64 << 20;  // bytes; of a walk that is read to its end
+
+constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
+
 }  // namespace
 
 void Cursor::Bind(Engine* engine) {
   engine_ = engine;
-  hasPosition_ = hasRecord_ = atEnd_ = false;
+  hasPosition_ = hasRecord_ = atEnd_ = readsWhole_ = false;
+  walkEnd_.reset();
   block_.Reset(table_.recordSize);
+  aheadView_ = 0;
 }
 
 Result Cursor::SetKey(int keyNumber) {
   const int index = table_.FindKey(keyNumber);
   if (index < 0) return Result::kNoSuchKey;
-  if (static_cast<std::size_t>(index) != keyIndex_ && block_.Size() > 0) {
-    KeepPosition(block_.Id(at_));
-    block_.Reset(table_.recordSize);
-  }
+  if (static_cast<std::size_t>(index) != keyIndex_) DropBlock();
+  SetWalkEnd({});
   keyIndex_ = static_cast<std::size_t>(index);
   return Result::kDone;
 }
@@ -39,6 +47,53 @@ Result Cursor::SetFields(std::string_view names) {
   part_ = std::move(part);
   Bind(engine_);
   return Result::kDone;
+}
+
+void Cursor::SetWalkEnd(std::optional<std::string_view> key) {
+  if (walkEnd_ || key) DropBlock();
+  readsWhole_ = key.has_value();
+  walkEnd_.reset();
+  if (!key || key->empty()) return;
+  walkEnd_ = key->substr(0, Key().width);
+  walkEnd_->resize(Key().width, '\xFF');
+}
+
+Result Cursor::ReadAhead(std::span<const std::string> firstFields) {
+  if (engine_ == nullptr) return Result::kNotOpen;
+  aheadView_ = 0;
+  aheadAt_.clear();
+  const std::uint64_t view = engine_->ReadView();
+  if (!engine_->IsDistant() || view == 0) return Result::kDone;
+  const KeyDef& key = table_.keys.front();
+  std::vector<std::string> keys;
+  for (const std::string& each : firstFields) {
+    const std::string_view text = GetText(each.data(), each.size());
+    if (text.size() <= key.fields.front()->width && aheadAt_.emplace(text, kMissing).second) keys.emplace_back(text);
+  }
+  aheadWrites_ = engine_->WriteCount(table_);
+  const Result result = keys.empty() ? Result::kDone : engine_->ReadMany(Shape(), keys, ahead_);
+  if (result != Result::kDone || keys.empty()) return result;
+  for (std::size_t i = 0; i < ahead_.Size(); ++i) aheadAt_[MakeKey(key, ahead_.Record(i))] = i;
+  aheadView_ = view;
+  return Result::kDone;
+}
+
+// False when the record that the key buffer names has to be asked for.
+bool Cursor::FindAhead(Result& result) {
+  if (aheadView_ == 0 || engine_ == nullptr || !IsWholeKey() || walkEnd_) return false;
+  if (engine_->ReadView() != aheadView_ || engine_->WriteCount(table_) != aheadWrites_) return false;
+  const auto found = aheadAt_.find(TrimmedKeyBuffer());
+  if (found == aheadAt_.end()) return false;
+  hasPosition_ = hasRecord_ = atEnd_ = isLast_ = false;
+  forward_ = true;
+  nextLimit_ = kFirstDistantReadAhead;
+  writeCount_ = aheadWrites_;
+  block_.Reset(table_.recordSize);
+  result = Result::kNotFound;
+  if (found->second == kMissing) return true;
+  std::memcpy(block_.Add(ahead_.Id(found->second)), ahead_.Record(found->second), table_.recordSize);
+  result = Load(Result::kDone);
+  return true;
 }
 
 std::string Cursor::TrimmedKeyBuffer() const {
@@ -61,6 +116,8 @@ std::string Cursor::PrimeKeyOfBuffer() const {
 }
 
 Result Cursor::GetEqual() {
+  Result result = Result::kNotFound;
+  if (FindAhead(result)) return result;
   const std::string key = TrimmedKeyBuffer();
   return Position({ReadFrom::Place::kAtLeast, key}, true);
 }
@@ -95,15 +152,42 @@ Result Cursor::Position(const ReadFrom& from, bool mustEqual) {
   forward_ = from.place == ReadFrom::Place::kFirst || from.place == ReadFrom::Place::kAtLeast ||
              from.place == ReadFrom::Place::kAfter;
   hasPosition_ = hasRecord_ = atEnd_ = false;
-  nextLimit_ = kFirstReadAhead;
-  writeCount_ = engine_->WriteCount(table_);
-  const Result result = engine_->Read(Shape(), keyIndex_, from, 1, block_);
+  nextLimit_ = engine_->IsDistant() ? kFirstDistantReadAhead : kFirstReadAhead;
+  const Result result = ReadBlock(from, FirstLimit(mustEqual));
   if (result == Result::kDone && mustEqual &&
       (block_.Size() == 0 || !KeyBeginsWithBuffer(block_.Record(0)))) {
     block_.Reset(table_.recordSize);
     return Result::kNotFound;
   }
   return Load(result);
+}
+
+std::size_t Cursor::WholeWalkLimit() const { return std::max<std::size_t>(kLargestDistantBlock / table_.recordSize, 1); }
+
+// A positioning may be all that is wanted; where a view is open on a distant store it most likely begins a walk.
+std::size_t Cursor::FirstLimit(bool mustEqual) const {
+  if (!engine_->IsDistant() || !forward_ || (mustEqual && IsWholeKey())) return 1;
+  if (readsWhole_) return WholeWalkLimit();
+  return engine_->ReadView() == 0 ? 1 : kFirstDistantReadAhead;
+}
+
+Result Cursor::ReadBlock(ReadFrom from, std::size_t limit) {
+  if (forward_ && walkEnd_) from.upTo = *walkEnd_;
+  writeCount_ = engine_->WriteCount(table_);
+  const Result result = engine_->Read(Shape(), keyIndex_, from, limit, block_);
+  isLast_ = block_.Size() < limit;
+  if (result != Result::kDone || !from.upTo) return result;
+  while (block_.Size() > 0 && MakeKey(Key(), block_.Record(block_.Size() - 1)) > *walkEnd_) {
+    block_.DropLast();
+    isLast_ = true;
+  }
+  return result;
+}
+
+Result Cursor::RunOff() {
+  atEnd_ = true;
+  hasPosition_ = hasRecord_ = false;
+  return Result::kEndOfTable;
 }
 
 // Takes the first record of a block that was just read.
@@ -113,44 +197,46 @@ Result Cursor::Load(Result readResult) {
     block_.Reset(table_.recordSize);
     return readResult;
   }
-  if (block_.Size() == 0) {
-    atEnd_ = true;
-    hasPosition_ = hasRecord_ = false;
-    return Result::kEndOfTable;
-  }
+  if (block_.Size() == 0) return RunOff();
   std::memcpy(buffer_, block_.Record(0), table_.recordSize);
   hasPosition_ = hasRecord_ = true;
   return Result::kDone;
 }
 
-bool Cursor::StepInBlock(bool forward) {
-  if (forward != forward_ || at_ + 1 >= block_.Size() || engine_->WriteCount(table_) != writeCount_)
-    return false;
-  ++at_;
-  std::memcpy(buffer_, block_.Record(at_), table_.recordSize);
-  hasRecord_ = true;
-  return true;
+// True when the block says what comes next.
+bool Cursor::BlockGoesOn(bool forward) const {
+  return forward == forward_ && block_.Size() > 0 && (isLast_ || at_ + 1 < block_.Size()) &&
+         engine_->WriteCount(table_) == writeCount_;
 }
 
 Result Cursor::Step(bool forward) {
   if (engine_ == nullptr) return Result::kNotOpen;
   if (!hasPosition_) return atEnd_ ? Result::kEndOfTable : Result::kNoRecord;
-  if (block_.Size() > 0 && StepInBlock(forward)) return Result::kDone;
-  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
-  if (forward != forward_) nextLimit_ = kFirstReadAhead;
+  if (BlockGoesOn(forward)) {
+    if (at_ + 1 == block_.Size()) return RunOff();
+    ++at_;
+    std::memcpy(buffer_, block_.Record(at_), table_.recordSize);
+    hasRecord_ = true;
+    return Result::kDone;
+  }
+  DropBlock();
+  const bool isDistant = engine_->IsDistant();
+  if (forward != forward_) nextLimit_ = isDistant ? kFirstDistantReadAhead : kFirstReadAhead;
   forward_ = forward;
   const std::string key = MakeKey(Key(), original_.data());
   const auto place = forward ? ReadFrom::Place::kAfter : ReadFrom::Place::kBefore;
-  writeCount_ = engine_->WriteCount(table_);
-  const Result result = engine_->Read(Shape(), keyIndex_, {place, key, id_}, nextLimit_, block_);
-  nextLimit_ = std::min(nextLimit_ * 4, kLargestReadAhead);
+  const bool isWhole = isDistant && forward && readsWhole_;
+  const Result result = ReadBlock({place, key, id_}, isWhole ? WholeWalkLimit() : nextLimit_);
+  nextLimit_ = std::min(nextLimit_ * 4, isDistant ? kLargestDistantReadAhead : kLargestReadAhead);
   return Load(result);
 }
 
 // Remembers the current record apart from the block, which is about to be read anew or has been written past.
-void Cursor::KeepPosition(RecordId id) {
-  id_ = id;
+void Cursor::DropBlock() {
+  if (block_.Size() == 0) return;
+  id_ = block_.Id(at_);
   original_.assign(block_.Record(at_), table_.recordSize);
+  block_.Reset(table_.recordSize);
 }
 
 Result Cursor::Insert() {
@@ -170,8 +256,7 @@ Result Cursor::Update(bool onlyUnchanged) {
   if (engine_ == nullptr) return Result::kNotOpen;
   if (part_) return Result::kBadArgument;  // it would empty the fields that were not read
   if (!hasRecord_) return Result::kNoRecord;
-  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
-  block_.Reset(table_.recordSize);
+  DropBlock();
   const Result result = engine_->Update(table_, id_, buffer_, onlyUnchanged ? original_.data() : nullptr);
   if (result == Result::kDone) original_.assign(buffer_, table_.recordSize);
   return result;
@@ -180,8 +265,7 @@ Result Cursor::Update(bool onlyUnchanged) {
 Result Cursor::Delete() {
   if (engine_ == nullptr) return Result::kNotOpen;
   if (!hasRecord_) return Result::kNoRecord;
-  if (block_.Size() > 0) KeepPosition(block_.Id(at_));
-  block_.Reset(table_.recordSize);
+  DropBlock();
   const Result result = engine_->Delete(table_, id_);
   if (result == Result::kDone) hasRecord_ = false;
   return result;

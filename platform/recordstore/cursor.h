@@ -4,8 +4,10 @@
 // ahead. The same for every engine.
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "platform/recordstore/engine.h"
 
@@ -29,6 +31,11 @@ class Cursor {
   Result SetFields(std::string_view names);
   /// Bytes past the key's width are dropped when a position is looked for; fewer bytes are a prefix.
   void SetKeyBuffer(std::string_view bytes) { keyBuffer_ = bytes; }
+
+  /// Nothing: no end.
+  void SetWalkEnd(std::optional<std::string_view> key);
+  /// Before many look-ups by the first field of the primary key. What was read is forgotten with the next call.
+  Result ReadAhead(std::span<const std::string> firstFields);
 
   /// The primary key of the record in the buffer, at its full width.
   std::string PrimeKeyOfBuffer() const;
@@ -64,12 +71,18 @@ class Cursor {
  private:
   Result Position(const ReadFrom& from, bool mustEqual);
   Result Step(bool forward);
-  bool StepInBlock(bool forward);
+  bool BlockGoesOn(bool forward) const;
+  Result ReadBlock(ReadFrom from, std::size_t limit);
   Result Load(Result readResult);
+  Result RunOff();
+  bool IsWholeKey() const { return keyIndex_ == 0 && keyBuffer_.size() >= Key().width; }
+  std::size_t FirstLimit(bool mustEqual) const;
+  std::size_t WholeWalkLimit() const;
+  bool FindAhead(Result& result);
   const KeyDef& Key() const { return table_.keys[keyIndex_]; }
   std::string TrimmedKeyBuffer() const;
   bool KeyBeginsWithBuffer(const char* record) const;
-  void KeepPosition(RecordId id);
+  void DropBlock();
 
   const TableDef& Shape() const { return part_ ? *part_ : table_; }
 
@@ -79,12 +92,19 @@ class Cursor {
   Engine* engine_ = nullptr;
   std::size_t keyIndex_ = 0;
   std::string keyBuffer_;
+  bool readsWhole_ = false;             // a walk is meant to be read to its end
+  std::optional<std::string> walkEnd_;  // the largest key of a walk forward, at the key's full width
 
   RecordBlock block_;
   std::size_t at_ = 0;            // current record within the block
   bool forward_ = true;           // the block's reading order
   std::size_t nextLimit_ = 1;     // records to read ahead next time
+  bool isLast_ = false;           // no record lies behind the block's last one
   std::uint64_t writeCount_ = 0;  // of the table when the block was read
+
+  RecordBlock ahead_;                                      // for look-ups to come
+  std::unordered_map<std::string, std::size_t> aheadAt_;  // by key; kMissing for one without a record
+  std::uint64_t aheadView_ = 0, aheadWrites_ = 0;          // they hold in this view, until the table is written
 
   bool hasPosition_ = false;
   bool hasRecord_ = false;  // false after a Delete: only a place to step from

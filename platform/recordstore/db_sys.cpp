@@ -1,11 +1,13 @@
 #include "platform/recordstore/db_sys.h"
 
 #include <new>
+#include <utility>
 
 #include "platform/os/drives.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/odbc/server_settings.h"
 
+using kova::store::Engine;
 using kova::store::Result;
 
 CKovaDBSys::CKovaDBSys() = default;
@@ -51,6 +53,12 @@ int CKovaDBSys::GetChangeStamp(std::initializer_list<kova::store::TableId> table
 
 int CKovaDBSys::CheckIntegrity(std::string& finding) {
   return static_cast<int>(engine_ == nullptr ? Result::kNotOpen : engine_->CheckIntegrity(finding));
+}
+
+void CKovaDBSys::WrapEngine(const std::function<std::unique_ptr<Engine>(std::unique_ptr<Engine>)>& wrap) {
+  ++generation_;
+  kept_.clear();
+  engine_ = wrap(std::move(engine_));
 }
 
 CKovaReads::CKovaReads(CKovaDBSys* db) : db_(db), generation_(db == nullptr ? 0 : db->GetGeneration()) {

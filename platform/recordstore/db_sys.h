@@ -58,6 +58,8 @@ class KOVADBCALL_API CKovaDBSys {
 
   /// For this library's own use. Null while closed.
   kova::store::Engine* GetEngine() const { return engine_.get(); }
+  /// For tests: goes on with what `wrap` makes of the open engine, which stands before it.
+  void WrapEngine(const std::function<std::unique_ptr<kova::store::Engine>(std::unique_ptr<kova::store::Engine>)>& wrap);
   /// Changes with every OpenDB and CloseDB: a table object bound before knows that its engine is gone.
   unsigned GetGeneration() const { return generation_; }
 

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/recordstore/kovadbcall_export.h"
 #include "platform/recordstore/result.h"
 #include "platform/recordstore/schema.h"
 
@@ -52,6 +53,10 @@ class RecordBlock {
     bytes_.resize(ids_.size() * recordSize_);
     return bytes_.data() + (ids_.size() - 1) * recordSize_;
   }
+  void DropLast() {
+    ids_.pop_back();
+    bytes_.resize(ids_.size() * recordSize_);
+  }
   std::size_t Size() const { return ids_.size(); }
   RecordId Id(std::size_t at) const { return ids_[at]; }
   const char* Record(std::size_t at) const { return bytes_.data() + at * recordSize_; }
@@ -63,7 +68,7 @@ class RecordBlock {
 };
 
 /// An open database. Used by one thread. Nothing throws but std::bad_alloc.
-class Engine {
+class KOVADBCALL_API Engine {
  public:
   virtual ~Engine() = default;
 
