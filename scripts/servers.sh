@@ -315,6 +315,7 @@ node_launch() {
     program=(mariadbd "--defaults-file=$home/my.cnf")
   fi
   (cd "$home" && exec setsid "${in[@]}" "${as[@]}" "${program[@]}" "$@" </dev/null >>"$home/server.log" 2>&1 8>&- 9>&-) &
+  disown $!
 }
 
 node_comes() { wait_until "$2" node_decided "$1" "$(node_pid "$1")" && node_ready "$1"; }
