@@ -17,7 +17,7 @@ wait_until() {
   shift
   until "$@"; do
     [ $SECONDS -lt $end ] || return 1
-    sleep 0.1
+    sleep 0.25
   done
 }
 
@@ -291,12 +291,15 @@ node_query() {
   fi
 }
 
+# galera_state N NAME: one of the cluster's status variables, as node N sees it.
+galera_state() { node_query "$1" "select variable_value from information_schema.global_status where variable_name='wsrep_$2'"; }
+
 # Whether node N answers; a cluster's, when it may be written to. A server that has ended meanwhile is an answer as well.
 node_ready() {
   if [ "$kind" = postgres ]; then
     [ "$(node_query "$1" 'select 1')" = 1 ]
   else
-    [ "$(node_query "$1" "select variable_value from information_schema.global_status where variable_name='wsrep_ready'")" = ON ]
+    [ "$(galera_state "$1" ready)" = ON ]
   fi
 }
 node_decided() { node_ready "$1" || { [ "$2" != "$(node_pid "$1")" ] && sleep 0.2 && node_gone "$1"; }; }
@@ -312,11 +315,14 @@ node_launch() {
     program=(mariadbd "--defaults-file=$home/my.cnf")
   fi
   (cd "$home" && exec setsid "${in[@]}" "${as[@]}" "${program[@]}" "$@" </dev/null >>"$home/server.log" 2>&1 8>&- 9>&-) &
+  disown $!
 }
+
+node_comes() { wait_until "$2" node_decided "$1" "$(node_pid "$1")" && node_ready "$1"; }
 
 # node_wait N: until it answers; its log's end when it does not.
 node_wait() {
-  if ! wait_until "$server_patience" node_decided "$1" "$(node_pid "$1")" || ! node_ready "$1"; then
+  if ! node_comes "$1" "$server_patience"; then
     say "$name: node $1 does not start; the end of $folder/node$1/server.log:"
     tail -n 15 "$folder/node$1/server.log" >&2
     return 1
@@ -474,7 +480,14 @@ server_start() {
       [ "$n" = "$first" ] || node_rejoin "$n"
     done
     for n in $nodes; do
-      node_wait "$n" || return 1
+      # On a busy machine a node now and then gives up in the middle of joining; then it is started once more.
+      if ! node_comes "$n" $((server_patience / 2)); then
+        node_signal "$n" KILL
+        wait_until 10 node_gone "$n"
+        galera_recover "$n"
+        node_rejoin "$n"
+        node_wait "$n" || return 1
+      fi
     done
   fi
   server_facts
@@ -515,8 +528,7 @@ server_status() {
       state="process $pid, does not answer"
     else
       state="process $pid, answers"
-      [ "$kind" = postgres ] || state+=", in a cluster of $(node_query "$n" "select variable_value
-        from information_schema.global_status where variable_name='wsrep_cluster_size'")"
+      [ "$kind" = postgres ] || state+=", in a cluster of $(galera_state "$n" cluster_size)"
     fi
     echo "$name: node $n, ${node_address[$n]}:${node_port[$n]}: $state"
   done
