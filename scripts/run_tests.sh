@@ -21,7 +21,8 @@ run_program() {
   if [ -e "$report" ]; then
     read -r tests failures < <(awk 'match($0,/<testsuites tests="[0-9]+"/){t=substr($0,RSTART+19,RLENGTH-20)}
       match($0,/<testsuites [^>]*failures="[0-9]+"/){s=substr($0,RSTART,RLENGTH);sub(/.*failures="/,"",s);f=s+0}
-      END{print t+0, f+0}' "$report")
+      match($0,/<testsuite [^>]*skipped="[0-9]+"/){k=substr($0,RSTART,RLENGTH);sub(/.*skipped="/,"",k);skipped+=k}
+      END{print t-skipped, f+0}' "$report")
   fi
   if [ "$code" -ne 0 ] && [ "$failures" -eq 0 ]; then
     failures=1  # it ended badly without saying so
@@ -81,20 +82,34 @@ stop_servers() {
 # run_on_servers GROUP LIST COMMAND...: the programs that the file LIST names, a line each, on each kind of server. In
 # COMMAND, @ stands for the name; scripts/postgres.sh and galera.sh, called by a program, mean the server it runs on.
 run_on_servers() {
-  local group=$1 list=$2 kind name
+  local group=$1 kind name names
+  mapfile -t names < <(grep -v '^server_lost' "$2")
   shift 2
-  [ -s "$list" ] || return 0
   for kind in postgres galera; do
     need_server "$kind" || continue
     set -a
     source "build/servers/test-$kind.env"
     set +a
-    export KOVA_TEST_SERVER=$kind
-    [ "$kind" = galera ] || KOVA_TEST_SERVER=postgresql
-    while read -r name; do
+    export KOVA_DB_ACCOUNT=$KOVA_SERVER_OWNER KOVA_DB_PASSWORD=$KOVA_SERVER_OWNER_PASSWORD
+    for name in "${names[@]}"; do
       run_program "$group-$kind" "$name" "${@//@/$name}"
-    done <"$list"
-    unset "${!KOVA_SERVER_@}" KOVA_TEST_SERVER
+    done
+    unset "${!KOVA_SERVER_@}" KOVA_DB_ACCOUNT KOVA_DB_PASSWORD
+  done
+}
+
+# run_in_network NAME: a program on a workstation's machine in the servers' own network, once with each kind of server.
+run_in_network() {
+  local kind
+  for kind in galera postgres; do
+    scripts/cluster_net.sh start "$kind" >/dev/null || { echo "The servers' own network could not be had: $1 did not run with $kind"; continue; }
+    set -a
+    source "build/servers/net-$kind.env"
+    set +a
+    export KOVA_DB_ACCOUNT=$KOVA_SERVER_OWNER KOVA_DB_PASSWORD=$KOVA_SERVER_OWNER_PASSWORD
+    run_program "network-$kind" "$1" timeout 600 scripts/cluster_net.sh run "build/native/tests/$1"
+    unset "${!KOVA_SERVER_@}" KOVA_DB_ACCOUNT KOVA_DB_PASSWORD
+    scripts/cluster_net.sh stop
   done
 }
 
@@ -137,6 +152,7 @@ for group in "${groups[@]}"; do
       ;;
     servers)
       run_on_servers servers build/native/server_tests.txt timeout 600 build/native/tests/@
+      run_in_network server_lost_test
       ;;
     windows)
       run_check windows/exports scripts/check_exports.sh
@@ -145,6 +161,7 @@ for group in "${groups[@]}"; do
       while read -r name; do
         run_program windows "$name" wine "build/windows/bin/$name.exe"
       done < <(grep -vE "$in_windows" build/windows/test_programs.txt)
+      run_on_servers windows build/windows/server_tests.txt wine build/windows/bin/@.exe
       # Dialogs, at 100, 150 and 200 % of the screen's scale; their pictures are kept.
       display_start || exit 1
       for scale in 96 144 192; do

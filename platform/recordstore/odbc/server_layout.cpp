@@ -55,27 +55,29 @@ Result RunWhole(odbc::Session& session, const Dialect& dialect, const std::strin
   return result;
 }
 
-Result MakeDatabase(const ServerSettings& settings, const std::shared_ptr<const Dialect>& dialect,
-                    const ServerAddress& address, std::string& problem) {
-  odbc::Session session(dialect);
-  Result result = session.Open(settings, address, {});
-  if (result == Result::kDone) result = session.Run(dialect->CreateDatabaseSql(settings.database));
-  if (result != Result::kDone) problem = address.Text() + ": " + session.Problem();
+/// The first answer of a server that gives one, to work on its session.
+template <typename Work>
+Result OnFirst(const ServerSettings& settings, std::string& problem, Work work) {
+  const std::shared_ptr<const Dialect> dialect = MakeDialect(settings.kind);
+  Result result = Result::kUnreachable;
+  for (const ServerAddress& address : settings.hosts) {
+    odbc::Session session(dialect);
+    result = session.Open(settings, address, settings.database);
+    if (result == Result::kNoDatabase || result == Result::kDone) result = work(session, *dialect, address, result);
+    problem = result == Result::kDone ? std::string() : address.Text() + ": " + session.Problem();
+    if (result != Result::kUnreachable) break;
+  }
   return result;
 }
 
-/// Opens a session on the first server that lets one in.
-Result OpenFirst(const ServerSettings& settings, const std::shared_ptr<const Dialect>& dialect,
-                 std::unique_ptr<odbc::Session>& session, const ServerAddress*& address, std::string& problem) {
-  Result result = Result::kUnreachable;
-  for (const ServerAddress& each : settings.hosts) {
-    session = std::make_unique<odbc::Session>(dialect);
-    address = &each;
-    result = session->Open(settings, each, settings.database);
-    if (result != Result::kDone) problem = each.Text() + ": " + session->Problem();
-    if (result != Result::kUnreachable) return result;
-  }
-  return result;
+Result LayOut(odbc::Session& session, const Dialect& dialect) {
+  int layout = 0;
+  const Result result = ReadLayout(session, layout);
+  if (result == Result::kDone && layout != 0) return Result::kDuplicate;
+  if (result != Result::kDone && result != Result::kNoDatabase) return result;
+  // Left over from a layout that was not finished: there is no practice in it.
+  const std::string before = result == Result::kDone ? DropSql(dialect) : std::string();
+  return RunWhole(session, dialect, before + LayoutSql(dialect));
 }
 
 }  // namespace
@@ -90,43 +92,28 @@ Result CheckServerLayout(odbc::Session& session, const Dialect&) {
 }
 
 Result CreateServerDatabase(const ServerSettings& settings, std::string& problem) {
-  const std::shared_ptr<const Dialect> dialect = MakeDialect(settings.kind);
-  std::unique_ptr<odbc::Session> session;
-  const ServerAddress* address = nullptr;
-  Result result = OpenFirst(settings, dialect, session, address, problem);
-  if (result == Result::kNoDatabase) {
-    result = MakeDatabase(settings, dialect, *address, problem);
-    if (result == Result::kDone) result = OpenFirst(settings, dialect, session, address, problem);
-  }
-  if (result != Result::kDone) return result;
-  int layout = 0;
-  result = ReadLayout(*session, layout);
-  if (result == Result::kDone && layout != 0) return Result::kDuplicate;
-  // Left over from a layout that was not finished: there is no practice in it.
-  const std::string before = result == Result::kDone ? DropSql(*dialect) : std::string();
-  if (result == Result::kDone || result == Result::kNoDatabase)
-    result = RunWhole(*session, *dialect, before + LayoutSql(*dialect));
-  problem = result == Result::kDone ? std::string() : address->Text() + ": " + session->Problem();
-  return result;
+  return OnFirst(settings, problem, [&](odbc::Session& session, const Dialect& dialect, const ServerAddress& address, Result opened) {
+    if (opened == Result::kDone) return LayOut(session, dialect);
+    odbc::Session anywhere(MakeDialect(settings.kind)), made(MakeDialect(settings.kind));
+    Result result = anywhere.Open(settings, address, {});
+    if (result == Result::kDone) result = anywhere.Run(dialect.CreateDatabaseSql(settings.database));
+    if (result == Result::kDone) result = made.Open(settings, address, settings.database);
+    return result == Result::kDone ? LayOut(made, dialect) : result;
+  });
 }
 
 Result UpgradeServerDatabase(const ServerSettings& settings, std::string& problem) {
-  const std::shared_ptr<const Dialect> dialect = MakeDialect(settings.kind);
-  std::unique_ptr<odbc::Session> session;
-  const ServerAddress* address = nullptr;
-  Result result = OpenFirst(settings, dialect, session, address, problem);
-  if (result != Result::kDone) return result;
-  int layout = 0;
-  result = ReadLayout(*session, layout);
-  if (result != Result::kDone || layout == 0) return Result::kNoDatabase;
-  if (layout == kLayout) return Result::kDone;
-  if (layout > kLayout) return Result::kWrongVersion;
-  std::string sql;
-  if (layout < 2) sql += "DROP TABLE IF EXISTS store_client;\n" + ClientTableSql(*dialect);
-  sql += "UPDATE store_info SET value = '" + std::to_string(kLayout) + "' WHERE name = 'layout';\n";
-  result = RunWhole(*session, *dialect, sql);
-  problem = result == Result::kDone ? std::string() : address->Text() + ": " + session->Problem();
-  return result;
+  return OnFirst(settings, problem, [&](odbc::Session& session, const Dialect& dialect, const ServerAddress&, Result opened) {
+    int layout = 0;
+    if (opened != Result::kDone || ReadLayout(session, layout) != Result::kDone || layout == 0)
+      return Result::kNoDatabase;
+    if (layout == kLayout) return Result::kDone;
+    if (layout > kLayout) return Result::kWrongVersion;
+    std::string sql;
+    if (layout < 2) sql += "DROP TABLE IF EXISTS store_client;\n" + ClientTableSql(dialect);
+    sql += "UPDATE store_info SET value = '" + std::to_string(kLayout) + "' WHERE name = 'layout';\n";
+    return RunWhole(session, dialect, sql);
+  });
 }
 
 }  // namespace kova::store

@@ -138,7 +138,8 @@ Result Session::Open(const ServerSettings& settings, const ServerAddress& addres
   Rows rows;
   const Result result = Run(dialect_->SessionSql(), rows);
   if (result == Result::kDone && !rows.empty() && !rows.back().empty()) id_ = rows.back().front();
-  return result;
+  // A node that waits in vain for the others is of no use now.
+  return result == Result::kBusy ? Result::kUnreachable : result;
 }
 
 Result Session::Run(std::string_view sql, Rows& rows) {
