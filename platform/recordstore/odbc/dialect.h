@@ -24,6 +24,8 @@ class Dialect : public SqlForm {
   /// Ends that session when it is still there.
   virtual std::string EndSessionSql(std::string_view session) const = 0;
 
+  /// Statements, separated by ";", so that they take one round trip together.
+  virtual std::string Together(std::string_view statements) const { return std::string(statements); }
   /// How texts go through the driver.
   virtual odbc::TextForm Texts() const { return odbc::TextForm::kUtf16; }
   virtual std::string Bytes(std::string_view bytes) const = 0;

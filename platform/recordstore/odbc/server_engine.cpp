@@ -281,7 +281,7 @@ Result ServerEngine::BeginTransaction(Mode mode) {
   auto rows = std::make_shared<odbc::Rows>();
   const Result result = AskAnew([rows](odbc::Session& session) {
     // The counters are what every writer waits for: what is read from here on cannot be changed by others.
-    const Result begun = session.Run("BEGIN; SELECT name, value FROM counter FOR UPDATE", *rows);
+    const Result begun = session.RunTogether("START TRANSACTION; SELECT name, value FROM counter FOR UPDATE", *rows);
     if (begun != Result::kDone && begun != Result::kUnreachable) (void)session.Run("ROLLBACK");
     return begun;
   });
@@ -367,8 +367,12 @@ Result ServerEngine::Commit() {
     return lostTo;
   }
   const std::int64_t commit = ++commits_;
-  Result result = Hand([sql = CommitSql(commit)](odbc::Session& session) { return session.Run(sql); },
-                       kLongestCommit);
+  Result result = Hand(
+      [sql = CommitSql(commit)](odbc::Session& session) {
+        odbc::Rows none;
+        return session.RunTogether(sql, none);
+      },
+      kLongestCommit);
   if (result == Result::kUnreachable) {
     DropSession();
     result = LookUpCommit(commit);
@@ -388,13 +392,13 @@ Result ServerEngine::Commit() {
 Result ServerEngine::LookUpCommit(std::int64_t commit) {
   mode_ = Mode::kIdle;  // the transaction is gone; this is one of its own
   isLost_ = false;
-  const std::string sql = "BEGIN; SELECT name, value FROM counter FOR UPDATE; SELECT 'commits', commits FROM store_client "
+  const std::string sql = "START TRANSACTION; SELECT name, value FROM counter FOR UPDATE; SELECT 'commits', commits FROM store_client "
                           "WHERE id = '" + client_ + "'; UPDATE counter SET value = value + 1 WHERE name = 'write'; COMMIT";
   Result result = Result::kUnreachable;
   while (Left() > 0 && result != Result::kDone) {
     auto rows = std::make_shared<odbc::Rows>();
     result = Ask([rows, sql](odbc::Session& session) {
-      const Result asked = session.Run(sql, *rows);
+      const Result asked = session.RunTogether(sql, *rows);
       if (asked != Result::kDone && asked != Result::kUnreachable) (void)session.Run("ROLLBACK");
       return asked;
     });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 namespace kova::store::odbc {
 namespace {
@@ -172,7 +173,7 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
   const KeyDef& key = table.keys[keyIndex];
   if (!before.empty()) {
     const std::string sql = WithValues(*dialect_, MakeRead(*dialect_, table, key, from, limit), from);
-    return ReadText(table, std::string(before) + "; " + sql, limit, block);
+    return ReadText(table, dialect_->Together(std::string(before) + "; " + sql), limit, block);
   }
   std::string name = ReadName(table, keyIndex, from, limit);
   auto found = reads_.find(name);
@@ -194,17 +195,16 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
 Result Session::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, std::string_view before,
                          RecordBlock& block) {
   block.Reset(table.recordSize);
-  std::string prefix = before.empty() ? std::string() : std::string(before) + "; ";
   while (!primaryKeys.empty()) {
     const auto some = primaryKeys.first(std::min(primaryKeys.size(), kKeysAtOnce));
-    std::string sql = prefix + SelectSql(*dialect_, table) + " WHERE " + KeyColumn(*dialect_, table.keys.front()) +
+    std::string sql = SelectSql(*dialect_, table) + " WHERE " + KeyColumn(*dialect_, table.keys.front()) +
                       " IN (";
     for (const std::string& key : some) sql += dialect_->Bytes(key) + ",";
     sql.back() = ')';
+    if (!before.empty()) sql = dialect_->Together(std::string(std::exchange(before, {})) + "; " + sql);
     const Result result = ReadText(table, sql, some.size(), block);
     if (result != Result::kDone) return result;
     primaryKeys = primaryKeys.subspan(some.size());
-    prefix.clear();
   }
   return Result::kDone;
 }

@@ -49,9 +49,12 @@ class Session {
   Result Delete(const TableDef& table, RecordId id);
   /// The sum of the tables' stored stamps.
   Result SumStamps(std::span<const TableId> tables, std::int64_t& sum);
-  /// Statements in one round trip, and the rows of their results.
+  /// Runs a statement, or several where it does not matter how many round trips that takes, and collects the rows of the
+  /// results.
   Result Run(std::string_view sql, Rows& rows);
   Result Run(std::string_view sql);
+  /// The same of several statements, ";" between them.
+  Result RunTogether(std::string_view statements, Rows& rows) { return Run(dialect_->Together(statements), rows); }
 
   /// What the driver said of the last failure, UTF-8.
   const std::string& Problem() const { return connection_.Failure().text; }
