@@ -116,6 +116,20 @@ class ServerFaults : public testing::Test {
     return count;
   }
 
+  /// With the server's own client; true when it worked.
+  bool Sql(const std::string& sql, const std::string& account = Environment("KOVA_SERVER_OWNER"),
+           const std::string& password = Environment("KOVA_SERVER_OWNER_PASSWORD")) {
+    const std::string host = FirstHost(), port = host.substr(host.find(':') + 1);
+    setenv("KOVA_SQL", sql.c_str(), 1);
+    setenv("PGPASSWORD", password.c_str(), 1);
+    setenv("MYSQL_PWD", password.c_str(), 1);
+    const std::string client =
+        Environment("KOVA_SERVER_KIND") == "PostgreSQL"
+            ? "psql -q -v ON_ERROR_STOP=1 -h 127.0.0.1 -p " + port + " -U " + account + " -d " + database_
+            : "mariadb -h 127.0.0.1 -P " + port + " -u " + account + " " + database_;
+    return std::system(("printenv KOVA_SQL | " + client + " >/dev/null 2>&1").c_str()) == 0;
+  }
+
   /// The result of an operation, which must come within the time that a desk is kept waiting.
   template <typename Operation>
   static int Timed(Operation operation) {
@@ -260,6 +274,58 @@ TEST_F(ServerFaults, WhatCannotBeUsedIsToldAndNamed) {
   Say(hosts);
   EXPECT_EQ(Open(db), Code(Result::kNoDatabase)) << db.GetProblem();
   EXPECT_FALSE(db.IsOpen());
+}
+
+TEST_F(ServerFaults, AnotherLayoutIsRefusedOrUpgraded) {
+  CKovaDBSys db;
+  ASSERT_EQ(Open(db), 0);
+  ASSERT_EQ(MakeSale(db), 0);
+  db.CloseDB();
+  ASSERT_TRUE(Sql("UPDATE store_info SET value = '3' WHERE name = 'layout'"));
+  EXPECT_EQ(Open(db), Code(Result::kWrongVersion));
+  EXPECT_EQ(KovaUpgradeDatabase(folder_.Path().c_str()), Code(Result::kWrongVersion));
+  ASSERT_TRUE(Sql("UPDATE store_info SET value = '1' WHERE name = 'layout'; DROP TABLE store_client"));
+  EXPECT_EQ(Open(db), Code(Result::kOldVersion));
+  std::string problem;
+  EXPECT_EQ(KovaUpgradeDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  EXPECT_EQ(MakeSale(db), 0);
+  EXPECT_EQ(CountSales(), 2);
+  // A layout that was never finished is no practice, and can be finished.
+  ASSERT_TRUE(Sql("DELETE FROM store_info"));
+  EXPECT_EQ(Open(db), Code(Result::kNoDatabase));
+  EXPECT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+  EXPECT_EQ(CountSales(), 0);
+}
+
+TEST_F(ServerFaults, TheDesksAccountMayWorkAndNoMore) {
+  const std::string owner = Environment("KOVA_DB_ACCOUNT"), password = Environment("KOVA_DB_PASSWORD");
+  setenv("KOVA_DB_ACCOUNT", "kova_desk", 1);
+  Say(Environment("KOVA_SERVER_HOSTS"));
+  std::string rights;
+  ASSERT_EQ(KovaServerRights(folder_.Path().c_str(), rights), 0);
+  setenv("KOVA_DB_PASSWORD", Environment("KOVA_SERVER_DESK_PASSWORD").c_str(), 1);
+  CKovaDBSys db;
+  EXPECT_NE(Open(db), 0);
+  ASSERT_TRUE(Sql(rights));
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  EXPECT_EQ(MakeSale(db), 0);
+  EXPECT_FALSE(Sql("DROP TABLE sale", "kova_desk", Environment("KOVA_SERVER_DESK_PASSWORD")));
+  EXPECT_FALSE(Sql("ALTER TABLE sale ADD extra integer", "kova_desk", Environment("KOVA_SERVER_DESK_PASSWORD")));
+  EXPECT_FALSE(Sql("UPDATE store_info SET value = '9'", "kova_desk", Environment("KOVA_SERVER_DESK_PASSWORD")));
+  EXPECT_FALSE(Sql("CREATE TABLE extra (id integer)", "kova_desk", Environment("KOVA_SERVER_DESK_PASSWORD")));
+  // An account that may only read.
+  const bool isPostgres = Environment("KOVA_SERVER_KIND") == "PostgreSQL";
+  ASSERT_TRUE(Sql(isPostgres ? "REVOKE UPDATE ON counter FROM kova_desk"
+                             : "REVOKE UPDATE ON " + database_ + ".counter FROM kova_desk@'%'"));
+  CKovaDBSys reader;
+  ASSERT_EQ(Open(reader), 0) << reader.GetProblem();
+  EXPECT_EQ(MakeSale(reader), Code(Result::kReadOnly));
+  CSaleDB sales(nullptr, 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&reader), 0);
+  EXPECT_EQ(sales.GetFIRST(), 0);
+  setenv("KOVA_DB_ACCOUNT", owner.c_str(), 1);
+  setenv("KOVA_DB_PASSWORD", password.c_str(), 1);
 }
 
 TEST_F(ServerFaults, EncryptionVerifiesTheServerWhereAnAuthorityIsNamed) {

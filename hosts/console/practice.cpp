@@ -27,7 +27,8 @@ CKovaDBSys& Practice::Database() {
   const int result = database_.OpenDB(folder.c_str());
   if (result != 0) {
     throw UsageError("cannot open the database in " + ShowControls(text932::ToUtf8(folder)) + ": result " +
-                     DescribeResult(result));
+                     DescribeResult(result) +
+                     (database_.GetProblem().empty() ? "" : "; " + ShowControls(database_.GetProblem())));
   }
   return database_;
 }

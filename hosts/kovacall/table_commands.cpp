@@ -1,6 +1,7 @@
 #include "hosts/kovacall/table_commands.h"
 
 #include <cstring>
+#include <iostream>
 #include <limits>
 
 #include "hosts/console/console.h"
@@ -213,14 +214,46 @@ void Delete(const Arguments& arguments, Practice& practice) {
 
 // ---- the database as a whole
 
-void CreateDb(const Arguments& arguments, Practice&) {
+std::string FolderArgument(const Arguments& arguments) {
   if (arguments.size() != 1 || arguments.front().empty()) throw UsageError("takes one folder");
-  PrintResult(KovaCreateDatabase(TextArgument(arguments.front(), "the folder").c_str()));
+  return TextArgument(arguments.front(), "the folder");
+}
+
+/// The result and, where it is a failure that there is more to say of, a line of it.
+void PrintOutcome(int result, const std::string& problem) {
+  PrintResult(result);
+  if (result != 0 && !problem.empty()) Print("problem=" + ShowControls(problem) + "\n");
+}
+
+void CreateDb(const Arguments& arguments, Practice&) {
+  std::string problem;
+  const int result = KovaCreateDatabase(FolderArgument(arguments).c_str(), &problem);
+  PrintOutcome(result, problem);
+}
+
+void UpgradeDb(const Arguments& arguments, Practice&) {
+  std::string problem;
+  const int result = KovaUpgradeDatabase(FolderArgument(arguments).c_str(), &problem);
+  PrintOutcome(result, problem);
+}
+
+void ServerRights(const Arguments& arguments, Practice&) {
+  std::string sql;
+  const int result = KovaServerRights(FolderArgument(arguments).c_str(), sql);
+  if (result != 0) return PrintResult(result);
+  Print(sql);
+}
+
+void ServerPassword(const Arguments& arguments, Practice&) {
+  // Not an argument: those of a running program can be seen by others.
+  std::string password;
+  std::getline(std::cin, password);
+  while (password.ends_with('\r')) password.pop_back();
+  PrintResult(KovaStoreServerPassword(FolderArgument(arguments).c_str(), password.c_str()));
 }
 
 void ShareDb(const Arguments& arguments, Practice&) {
-  if (arguments.size() != 1 || arguments.front().empty()) throw UsageError("takes one folder");
-  PrintResult(KovaShareDatabase(TextArgument(arguments.front(), "the folder").c_str()));
+  PrintResult(KovaShareDatabase(FolderArgument(arguments).c_str()));
 }
 
 void CheckDb(const Arguments& arguments, Practice& practice) {
@@ -248,6 +281,9 @@ const std::vector<TableCommand>& TableCommands() {
       {"set", "TABLE KEY... field=value...", "changes fields of the record with that primary key", &Set},
       {"delete", "TABLE KEY...", "deletes the one record with that primary key", &Delete},
       {"create-db", "FOLDER", "lays out an empty database", &CreateDb},
+      {"upgrade-db", "FOLDER", "brings the tables of an older program on a server to this one's layout", &UpgradeDb},
+      {"server-rights", "FOLDER", "prints the script of the rights that workstations need on the server", &ServerRights},
+      {"server-password", "FOLDER", "keeps the server's password, a line of standard input, for this user", &ServerPassword},
       {"share-db", "FOLDER", "prepares a database for use from other machines, once and for good", &ShareDb},
       {"check-db", "", "checks every page and index of the database", &CheckDb},
       {"tables", "", "describes all tables, as a Markdown page", &Tables},

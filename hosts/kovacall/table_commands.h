@@ -1,6 +1,7 @@
 #pragma once
 
-// The commands that work on the record store: dump, put, set, delete, create-db, check-db, tables.
+// The commands that work on the record store: dump, put, set, delete, create-db and what else
+// concerns a database as a whole, tables.
 
 #include <string>
 #include <string_view>

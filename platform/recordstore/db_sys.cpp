@@ -5,7 +5,8 @@
 
 #include "platform/os/drives.h"
 #include "platform/recordstore/engine.h"
-#include "platform/recordstore/odbc/server_settings.h"
+#include "platform/recordstore/odbc/dialect.h"
+#include "platform/recordstore/odbc/server_layout.h"
 
 using kova::store::Engine;
 using kova::store::Result;
@@ -106,6 +107,33 @@ int KovaDescribeServer(const char* folder, std::string& text) try {
 int KovaStoreServerPassword(const char* folder, const char* password) try {
   if (folder == nullptr || password == nullptr) return static_cast<int>(Result::kBadArgument);
   return static_cast<int>(kova::store::StoreServerPassword(folder, password));
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
+int KovaUpgradeDatabase(const char* folder, std::string* problem) try {
+  const std::string_view name = folder == nullptr ? "" : folder;
+  kova::store::ServerSettings settings;
+  std::string said;
+  Result result = Result::kDone;  // a folder that holds its records itself has one layout so far
+  if (kova::store::HasServerFile(name)) {
+    result = kova::store::ReadServerSettings(name, settings, said);
+    if (result == Result::kDone) result = kova::store::UpgradeServerDatabase(settings, said);
+  }
+  if (problem != nullptr) *problem = said;
+  return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
+int KovaServerRights(const char* folder, std::string& sql) try {
+  const std::string_view name = folder == nullptr ? "" : folder;
+  kova::store::ServerSettings settings;
+  std::string problem;
+  if (!kova::store::HasServerFile(name)) return static_cast<int>(Result::kNoDatabase);
+  const Result result = kova::store::ReadServerFile(name, settings, problem);
+  if (result == Result::kDone) sql = kova::store::MakeDialect(settings.kind)->RightsSql(settings);
+  return static_cast<int>(result);
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);
 }

@@ -101,3 +101,12 @@ KOVADBCALL_API int KovaDescribeServer(const char* folder, std::string& text);
 /// Keeps the password of the account that a folder's server is used with, for this user of this workstation, protected as
 /// the system protects such data. 0 for success.
 KOVADBCALL_API int KovaStoreServerPassword(const char* folder, const char* password);
+
+/// Brings the tables of an older program on a folder's server to this program's layout; the records stay. Wants the account
+/// that laid them out (KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD in the environment). 0 for success, also where there is nothing
+/// to do; result WrongVersion for those of a newer program. `problem` as of KovaCreateDatabase.
+KOVADBCALL_API int KovaUpgradeDatabase(const char* folder, std::string* problem = nullptr);
+
+/// The statements that give a folder's account the rights that workstations need and no more, for the server's
+/// administrator, UTF-8. 0 for success; result NoDatabase for a folder that says nothing of a server.
+KOVADBCALL_API int KovaServerRights(const char* folder, std::string& sql);
