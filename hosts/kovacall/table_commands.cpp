@@ -252,6 +252,24 @@ void ServerPassword(const Arguments& arguments, Practice&) {
   PrintResult(KovaStoreServerPassword(FolderArgument(arguments).c_str(), password.c_str()));
 }
 
+void Migrate(const Arguments& arguments, Practice&) {
+  if (arguments.size() != 2) throw UsageError("takes the folder to copy from and the one to copy to");
+  const std::string from = TextArgument(arguments[0], "the source's folder");
+  const std::string to = TextArgument(arguments[1], "the target's folder");
+  std::string last, problem;
+  const int result = KovaMigrate(
+      from.c_str(), to.c_str(),
+      [&](const char* what, const char* table, long long records) {
+        const std::string line = std::string(what) + " " + table;
+        std::cerr << (line == last ? "\r" : last.empty() ? "" : "\n") << line << ": " << records << std::flush;
+        last = line;
+        return true;
+      },
+      problem);
+  if (!last.empty()) std::cerr << "\n";
+  PrintOutcome(result, problem);
+}
+
 void ShareDb(const Arguments& arguments, Practice&) {
   PrintResult(KovaShareDatabase(FolderArgument(arguments).c_str()));
 }
@@ -284,6 +302,7 @@ const std::vector<TableCommand>& TableCommands() {
       {"upgrade-db", "FOLDER", "brings the tables of an older program on a server to this one's layout", &UpgradeDb},
       {"server-rights", "FOLDER", "prints the script of the rights that workstations need on the server", &ServerRights},
       {"server-password", "FOLDER", "keeps the server's password, a line of standard input, for this user", &ServerPassword},
+      {"migrate", "FROM TO", "copies all records to another database folder, on whatever engine, and compares them", &Migrate},
       {"share-db", "FOLDER", "prepares a database for use from other machines, once and for good", &ShareDb},
       {"check-db", "", "checks every page and index of the database", &CheckDb},
       {"tables", "", "describes all tables, as a Markdown page", &Tables},

@@ -5,6 +5,7 @@
 
 #include "platform/os/drives.h"
 #include "platform/recordstore/engine.h"
+#include "platform/recordstore/migration.h"
 #include "platform/recordstore/odbc/dialect.h"
 #include "platform/recordstore/odbc/server_layout.h"
 
@@ -134,6 +135,18 @@ int KovaServerRights(const char* folder, std::string& sql) try {
   const Result result = kova::store::ReadServerFile(name, settings, problem);
   if (result == Result::kDone) sql = kova::store::MakeDialect(settings.kind)->RightsSql(settings);
   return static_cast<int>(result);
+} catch (const std::exception&) {
+  return static_cast<int>(Result::kFailed);
+}
+
+int KovaMigrate(const char* from, const char* to,
+                const std::function<bool(const char* what, const char* table, long long records)>& progress,
+                std::string& problem) try {
+  if (from == nullptr || to == nullptr) return static_cast<int>(Result::kBadArgument);
+  const auto tell = [&](const kova::store::MigrationStep& step) {
+    return !progress || progress(std::string(step.what).c_str(), std::string(step.table).c_str(), step.records);
+  };
+  return static_cast<int>(kova::store::Migrate(from, to, tell, problem));
 } catch (const std::exception&) {
   return static_cast<int>(Result::kFailed);
 }

@@ -110,3 +110,10 @@ KOVADBCALL_API int KovaUpgradeDatabase(const char* folder, std::string* problem 
 /// The statements that give a folder's account the rights that workstations need and no more, for the server's
 /// administrator, UTF-8. 0 for success; result NoDatabase for a folder that says nothing of a server.
 KOVADBCALL_API int KovaServerRights(const char* folder, std::string& sql);
+
+/// Copies all records of one database folder into another, and compares them: see platform/recordstore/migration.h.
+/// `progress` may be empty; it is told "copying" or "comparing", the table and its records so far, and gives false to stop.
+/// 0 for success, else a number of result.h and a line in `problem`, UTF-8.
+KOVADBCALL_API int KovaMigrate(const char* from, const char* to,
+                               const std::function<bool(const char* what, const char* table, long long records)>& progress,
+                               std::string& problem);

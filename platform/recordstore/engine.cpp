@@ -16,4 +16,13 @@ Result Engine::ReadMany(const TableDef& table, std::span<const std::string> prim
   return Result::kDone;
 }
 
+Result Engine::InsertMany(const TableDef& table, const RecordBlock& block, std::size_t first) {
+  for (std::size_t i = first; i < block.Size(); ++i) {
+    RecordId id = 0;
+    const Result result = Insert(table, block.Record(i), id);
+    if (result != Result::kDone) return result;
+  }
+  return Result::kDone;
+}
+
 }  // namespace kova::store

@@ -82,11 +82,16 @@ class KOVADBCALL_API Engine {
   /// Reads the records that exist of these primary keys, in any order, with few questions.
   virtual Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block);
 
+  /// Reads at most `limit` records in the order in which they were written, those behind this one; 0 begins.
+  virtual Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) = 0;
+
   /// Each of these is written whole or not at all; outside a transaction it is durable when it returns kDone.
   virtual Result Insert(const TableDef& table, const char* record, RecordId& id) = 0;
   /// With `expected` only when the stored record still is that, byte for byte; kChanged when it is not.
   virtual Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) = 0;
   virtual Result Delete(const TableDef& table, RecordId id) = 0;
+  /// Inserts a block's records from number `first` on, in their order; within a transaction.
+  virtual Result InsertMany(const TableDef& table, const RecordBlock& block, std::size_t first);
 
   /// The host's transaction. It holds the store's write lock from its beginning, so that what is read in it
   /// cannot be changed by others before its end. End gives the failure, and nothing is written, when it was
@@ -119,6 +124,9 @@ class KOVADBCALL_API Engine {
   /// Counts `counter` up and gives the new value; taken back with the unit or transaction that it is called
   /// in.
   virtual Result NextNumber(std::string_view counter, std::int64_t& number) = 0;
+  /// The number given last, and setting it: for moving a practice.
+  virtual Result LastNumber(std::string_view counter, std::int64_t& number) = 0;
+  virtual Result SetLastNumber(std::string_view counter, std::int64_t number) = 0;
 
   /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
   virtual std::uint64_t WriteCount(const TableDef& table) const = 0;

@@ -55,6 +55,10 @@ std::string SelectByIdSql(const SqlForm& form, const TableDef& table) {
   return SelectSql(form, table) + " WHERE id = ?";
 }
 
+std::string SelectInOrderSql(const SqlForm& form, const TableDef& table) {
+  return SelectSql(form, table) + " WHERE id > ? ORDER BY id LIMIT ?";
+}
+
 std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward) {
   const std::string column = KeyColumn(form, key);
   return forward ? " ORDER BY " + column + ", id" : " ORDER BY " + column + " DESC, id DESC";

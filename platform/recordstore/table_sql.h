@@ -45,6 +45,8 @@ std::string DeleteSql(const SqlForm& form, const TableDef& table);
 /// Columns: id, exact, then the fields in order; up to the table's name.
 std::string SelectSql(const SqlForm& form, const TableDef& table);
 std::string SelectByIdSql(const SqlForm& form, const TableDef& table);
+/// Parameters: the id that they are behind, the limit.
+std::string SelectInOrderSql(const SqlForm& form, const TableDef& table);
 std::string KeyColumn(const SqlForm& form, const KeyDef& key);
 /// The order of the key and its opposite; begins with a blank.
 std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward);

@@ -251,6 +251,32 @@ Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId&
   });
 }
 
+Result ServerEngine::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
+  StartClock();
+  block.Reset(table.recordSize);
+  if (isLost_) return lostTo_;
+  auto read = std::make_shared<RecordBlock>();
+  const Result result = Ask([read, kept = Keep(table), behind, limit](odbc::Session& session) {
+    return session.ReadInOrder(*kept, behind, limit, *read);
+  });
+  NoteRead(result);
+  if (result == Result::kDone) block = std::move(*read);
+  return result;
+}
+
+Result ServerEngine::InsertMany(const TableDef& table, const RecordBlock& block, std::size_t first) {
+  if (!HoldsTransaction()) return Result::kNoTransaction;
+  if (first >= block.Size()) return Result::kDone;
+  return WriteWhole(table, [&] {
+    std::int64_t& writes = counters_.find(kWrites)->second;
+    const RecordId next = writes + 1;
+    writes += static_cast<std::int64_t>(block.Size() - first);
+    return Ask([kept = Keep(table), next, copied = std::make_shared<RecordBlock>(block), first](odbc::Session& session) {
+      return session.InsertMany(*kept, next, *copied, first);
+    });
+  });
+}
+
 Result ServerEngine::Update(const TableDef& table, RecordId id, const char* record, const char* expected) {
   return WriteWhole(table, [&] {
     const std::size_t size = table.recordSize;
@@ -459,6 +485,24 @@ Result ServerEngine::NextNumber(std::string_view counter, std::int64_t& number) 
   const auto found = counters_.find(counter);
   if (found == counters_.end()) return Result::kDamaged;
   number = ++found->second;
+  return Result::kDone;
+}
+
+Result ServerEngine::LastNumber(std::string_view counter, std::int64_t& number) {
+  StartClock();
+  auto rows = std::make_shared<odbc::Rows>();
+  const Result result = Ask([rows, sql = "SELECT value FROM counter WHERE name = '" + std::string(counter) + "'"](
+                                odbc::Session& session) { return session.Run(sql, *rows); });
+  if (result == Result::kDone && rows->empty()) return Result::kDamaged;
+  if (result == Result::kDone) number = NumberOf(rows->front().front());
+  return result;
+}
+
+Result ServerEngine::SetLastNumber(std::string_view counter, std::int64_t number) {
+  if (!HoldsTransaction() || isLost_) return Result::kNoTransaction;
+  const auto found = counters_.find(counter);
+  if (found == counters_.end()) return Result::kDamaged;
+  found->second = number;
   return Result::kDone;
 }
 

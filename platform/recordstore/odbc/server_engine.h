@@ -25,6 +25,8 @@ class ServerEngine final : public Engine {
               RecordBlock& block) override;
   bool IsDistant() const override { return true; }
   Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) override;
+  Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) override;
+  Result InsertMany(const TableDef& table, const RecordBlock& block, std::size_t first) override;
   Result Insert(const TableDef& table, const char* record, RecordId& id) override;
   Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) override;
   Result Delete(const TableDef& table, RecordId id) override;
@@ -38,6 +40,8 @@ class ServerEngine final : public Engine {
   std::uint64_t ReadView() const override { return mode_ == Mode::kIdle && view_ != View::kNone ? viewNumber_ : 0; }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
+  Result LastNumber(std::string_view counter, std::int64_t& number) override;
+  Result SetLastNumber(std::string_view counter, std::int64_t number) override;
   std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
   Result CheckIntegrity(std::string& finding) override;
   std::uint64_t RoundTrips() const override { return roundTrips_; }

@@ -12,6 +12,7 @@ constexpr int kConnectSeconds = 3;
 constexpr std::size_t kRowsAtOnce = 64;
 constexpr std::size_t kLongestKey = 512;
 constexpr std::size_t kKeysAtOnce = 1000;
+constexpr std::size_t kLongestInsert = 512 * 1024;  // characters; servers take 16 MB by default
 
 bool IsForward(ReadFrom::Place place) {
   using Place = ReadFrom::Place;
@@ -65,6 +66,19 @@ std::string WithValues(const Dialect& dialect, const ReadStatement& read, const 
     sql += what == 'i' ? std::to_string(from.id) : dialect.Bytes(what == 'k' ? from.key : *from.upTo);
   }
   return sql;
+}
+
+/// Up to where the records' values follow.
+std::string InsertBeginning(const Dialect& dialect, const TableDef& table) {
+  const std::string sql = InsertSql(dialect, table);
+  return sql.substr(0, sql.find("VALUES") + 7);
+}
+
+/// A comma and the text as a literal; backslashes stand for themselves in our sessions.
+void AppendQuoted(std::string_view utf8, std::string& sql) {
+  sql += ",'";
+  for (const char c : utf8) sql.append(c == '\'' ? 2 : 1, c);
+  sql += '\'';
 }
 
 /// Names a statement among those that were prepared.
@@ -223,6 +237,40 @@ Result Session::ReadById(const TableDef& table, RecordId id, RecordBlock& block)
   const bool worked = read.statement.Execute() && read.rows.FetchAll(read.statement, block);
   read.statement.CloseResult();
   return worked ? Result::kDone : Failed();
+}
+
+Result Session::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
+  block.Reset(table.recordSize);
+  return ReadText(table,
+                  SelectSql(*dialect_, table) + " WHERE id > " + std::to_string(behind) + " ORDER BY id LIMIT " +
+                      std::to_string(limit),
+                  limit, block);
+}
+
+Result Session::InsertMany(const TableDef& table, RecordId id, const RecordBlock& block, std::size_t first) {
+  RecordColumns columns;
+  std::size_t at = first;
+  while (at < block.Size()) {
+    std::string sql = InsertBeginning(*dialect_, table);
+    for (; at < block.Size() && sql.size() < kLongestInsert; ++at) {
+      const char* record = block.Record(at);
+      ToColumns(table, record, columns);
+      sql += "(" + std::to_string(id++);
+      std::size_t text = 0;
+      for (const FieldDef& field : table.fields) {
+        if (field.kind == FieldKind::kText)
+          AppendQuoted(columns.texts[text++], sql);
+        else
+          sql.append(",").append(std::to_string(NumberOfField(field.kind, record + field.offset)));
+      }
+      for (const KeyDef& key : table.keys) sql.append(",").append(dialect_->Bytes(MakeKey(key, record)));
+      sql.append(",").append(columns.exact ? "NULL" : dialect_->Bytes({record, table.recordSize})).append("),");
+    }
+    sql.pop_back();
+    const Result result = Run(sql);
+    if (result != Result::kDone) return result;
+  }
+  return Result::kDone;
 }
 
 // The statement that inserts ('i'), updates ('u') or deletes ('d'); null when it cannot be prepared.

@@ -42,6 +42,9 @@ class Session {
   Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, std::string_view before,
                   RecordBlock& block);
   Result ReadById(const TableDef& table, RecordId id, RecordBlock& block);
+  Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block);
+  /// With the ids from `id` on, many a statement.
+  Result InsertMany(const TableDef& table, RecordId id, const RecordBlock& block, std::size_t first);
   /// kDuplicate when the primary key exists.
   Result Insert(const TableDef& table, RecordId id, const char* record);
   /// kChanged when there is no such record, kDuplicate when another one has its primary key.

@@ -119,6 +119,19 @@ Result SqliteEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
   return Result::kBadArgument;
 }
 
+Result SqliteEngine::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
+  StartClock();
+  block.Reset(table.recordSize);
+  sqlite3_stmt* statement = Prepared(Of(table).selectInOrder, [&] { return SelectInOrderSql(SqlForm(), table); });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  sqlite3_bind_int64(statement, 1, behind);
+  sqlite3_bind_int64(statement, 2, static_cast<sqlite3_int64>(limit));
+  int code = SQLITE_OK;
+  while ((code = sqlite3_step(statement)) == SQLITE_ROW) DecodeRow(statement, table, block);
+  return FromSqlite(code);
+}
+
 // Binds fields, keys and exact bytes; gives the number of the next parameter.
 int SqliteEngine::BindRecord(sqlite3_stmt* statement, const TableDef& table, const char* record) {
   ToColumns(table, record, columns_);
@@ -345,6 +358,28 @@ Result SqliteEngine::NextNumber(std::string_view counter, std::int64_t& number) 
   const int code = sqlite3_step(statement);
   if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
   number = sqlite3_column_int64(statement, 0);
+  return FromSqlite(sqlite3_step(statement));
+}
+
+Result SqliteEngine::LastNumber(std::string_view counter, std::int64_t& number) {
+  StartClock();
+  sqlite3_stmt* statement = Prepared(numberRead_, [] { return "SELECT value FROM counter WHERE name = ?"; });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  BindText(statement, 1, counter);
+  const int code = sqlite3_step(statement);
+  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
+  number = sqlite3_column_int64(statement, 0);
+  return Result::kDone;
+}
+
+Result SqliteEngine::SetLastNumber(std::string_view counter, std::int64_t number) {
+  if (!HoldsTransaction()) return Result::kNoTransaction;
+  sqlite3_stmt* statement = Prepared(numberWrite_, [] { return "UPDATE counter SET value = ? WHERE name = ?"; });
+  if (statement == nullptr) return LastError();
+  const StatementUse use(statement);
+  sqlite3_bind_int64(statement, 1, number);
+  BindText(statement, 2, counter);
   return FromSqlite(sqlite3_step(statement));
 }
 

@@ -23,6 +23,7 @@ class SqliteEngine final : public Engine {
 
   Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
               RecordBlock& block) override;
+  Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) override;
   Result Insert(const TableDef& table, const char* record, RecordId& id) override;
   Result Update(const TableDef& table, RecordId id, const char* record, const char* expected) override;
   Result Delete(const TableDef& table, RecordId id) override;
@@ -36,12 +37,14 @@ class SqliteEngine final : public Engine {
   std::uint64_t ReadView() const override { return mode_ == Mode::kReading ? view_ : 0; }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
+  Result LastNumber(std::string_view counter, std::int64_t& number) override;
+  Result SetLastNumber(std::string_view counter, std::int64_t number) override;
   std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
   Result CheckIntegrity(std::string& finding) override;
 
  private:
   struct TableStatements {
-    Statement insert, update, remove, selectById;
+    Statement insert, update, remove, selectById, selectInOrder;
     std::vector<Statement> reads;  // keys * kRanges
   };
   enum class Mode { kIdle, kReading, kHost, kUnit, kUnitInHost };
@@ -74,7 +77,7 @@ class SqliteEngine final : public Engine {
   std::vector<TableStatements> statements_;
   std::map<std::string, std::vector<Statement>> partReads_;  // as TableStatements' reads, by TableDef::part
   std::vector<Statement> stampReads_;                        // by the number of tables
-  Statement stampWrite_, numberNext_;
+  Statement stampWrite_, numberNext_, numberRead_, numberWrite_;
   ChangeBook changes_;
   Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;

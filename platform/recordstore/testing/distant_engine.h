@@ -25,6 +25,15 @@ class DistantEngine final : public Engine {
   Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) override {
     return AskInView([&] { return store_->ReadMany(table, primaryKeys, block); });
   }
+  Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) override {
+    return store_->ReadInOrder(table, behind, limit, block);
+  }
+  Result LastNumber(std::string_view counter, std::int64_t& number) override {
+    return store_->LastNumber(counter, number);
+  }
+  Result SetLastNumber(std::string_view counter, std::int64_t number) override {
+    return store_->SetLastNumber(counter, number);
+  }
   Result Insert(const TableDef& table, const char* record, RecordId& id) override {
     return Ask([&] { return store_->Insert(table, record, id); });
   }
