@@ -46,15 +46,21 @@ inline constexpr Appearance<Record> kNameAndCode{
     [](const Record& record) { return std::string(store::GetText(record.name)); },
     [](const Record& record) { return CodeBlock(record.code); }};
 
-/// Adds the records that `isListed`, selects the one that `isCurrent`, and takes the result over.
-template <typename Record, typename IsListed, typename IsCurrent>
-void AddChoices(ChoiceList& list, const Master<Record>& read, IsListed isListed, IsCurrent isCurrent) {
-  list.entries.reserve(list.entries.size() + read->records.size());
-  for (const MasterRecord<Record>& each : read->records) {
+/// Adds those of the records that `isListed` and selects the one that `isCurrent`.
+template <typename Records, typename IsListed, typename IsCurrent>
+void AddEntries(ChoiceList& list, const Records& records, IsListed isListed, IsCurrent isCurrent) {
+  for (const auto& each : records) {
     if (!isListed(each.record)) continue;
     if (isCurrent(each.record)) list.selected = static_cast<int>(list.entries.size());
     list.entries.emplace_back(each.text, each.data);
   }
+}
+
+/// The same with all that was read, whose result is taken over.
+template <typename Record, typename IsListed, typename IsCurrent>
+void AddChoices(ChoiceList& list, const Master<Record>& read, IsListed isListed, IsCurrent isCurrent) {
+  list.entries.reserve(list.entries.size() + read->records.size());
+  AddEntries(list, read->records, isListed, isCurrent);
   list.result = read->result;
   list.sources.push_back(read);
 }

@@ -1,5 +1,7 @@
 // Credit items, of one category and of all.
 
+#include <algorithm>
+
 #include "pickers/choice_making.h"
 #include "pickers/master_reading.h"
 
@@ -18,15 +20,12 @@ constexpr Appearance<tagCREDITITEM> kItem{
     },
     [](const tagCREDITITEM& record) { return CodeBlock(record.categoryCode, record.code); }};
 
-Master<tagCREDITITEM> ReadItems(CKovaDBSys* db, std::string_view category) {
-  return ReadMaster<CCreditItemDB>(db, Group<&tagCREDITITEM::categoryCode>{category}, kItem);
-}
-
 }  // namespace
 
 ChoiceList CreditItemChoices(CKovaDBSys* db, std::string_view category, std::string_view currentItem) {
   ChoiceList list;
-  AddChoices(list, ReadItems(db, category), UnlessRetired(HasCode(currentItem)), HasCode(currentItem));
+  const Group<&tagCREDITITEM::categoryCode> group{category};
+  AddChoices(list, ReadMaster<CCreditItemDB>(db, group, kItem), UnlessRetired(HasCode(currentItem)), HasCode(currentItem));
   return list;
 }
 
@@ -35,8 +34,13 @@ ChoiceList CreditDataChoices(CKovaDBSys* db, std::string_view currentCategory, s
   ChoiceList list;
   const auto categories = ReadMaster<CCreditCategoryDB>(db, WholeTable(), kNameAndCode<tagCREDITCATEGORY>);
   list.result = categories->result;
+  if (list.result != 0 || categories->records.empty()) return list;
+  const auto items = ReadMaster<CCreditItemDB>(db, WholeTable(), kItem);
+  list.result = items->result;
+  list.sources.push_back(items);
+  list.entries.reserve(items->records.size());
+  const auto categoryOf = [](const MasterRecord<tagCREDITITEM>& item) { return GetText(item.record.categoryCode); };
   for (const auto& each : categories->records) {
-    if (list.result != 0) break;
     const tagCREDITCATEGORY& category = each.record;
     const bool isHere = GetText(category.code) == currentCategory;
     const auto isCurrent = [&](const tagCREDITITEM& item) {
@@ -45,7 +49,9 @@ ChoiceList CreditDataChoices(CKovaDBSys* db, std::string_view currentCategory, s
     const auto isListed = [&](const tagCREDITITEM& item) {
       return isCurrent(item) || !(IsRetired(category) || IsRetired(item));
     };
-    AddChoices(list, ReadItems(db, GetText(category.code)), isListed, isCurrent);
+    // Items come in the order of their categories' codes.
+    AddEntries(list, std::ranges::equal_range(items->records, GetText(category.code), {}, categoryOf), isListed,
+               isCurrent);
   }
   return list;
 }

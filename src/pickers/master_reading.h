@@ -43,12 +43,7 @@ using AppearanceOf = Appearance<RecordOf<Table>>;
 
 /// A whole master table, in the order of lists.
 struct WholeTable {
-  static constexpr std::size_t kWidth = 0;
-  std::string_view First() const { return {}; }
-  template <typename Record>
-  bool Holds(const Record&) const {
-    return true;
-  }
+  std::string First() const { return {}; }
 };
 
 /// The records of a master table whose field `kField`, the first one of the list order, has one value.
@@ -56,10 +51,13 @@ template <auto kField>
 struct Group;
 template <typename Record, std::size_t Width, char (Record::*kField)[Width]>
 struct Group<kField> {
-  static constexpr std::size_t kWidth = Width;
   std::string_view value;
-  std::string_view First() const { return value; }
-  bool Holds(const Record& record) const { return store::GetText(record.*kField) == value; }
+  /// The field, as keys begin. A value that fills it is no record's.
+  std::string First() const {
+    std::string field(value);
+    field.resize(Width);
+    return field;
+  }
 };
 
 /// Reads through `table`, which is bound to the connection and closed again.
@@ -67,16 +65,16 @@ template <typename Table, typename Part>
 Master<RecordOf<Table>> ReadMaster(CKovaDBSys* db, Table& table, const Part& part,
                                    const AppearanceOf<Table>& appearance) {
   constexpr int kListOrder = 1;  // of every master table: the group, the place in lists, the code
-  char key[Part::kWidth + sizeof table.record.sortOrder + sizeof table.record.code] = {};
-  part.First().copy(key, sizeof key);
+  const std::string first = part.First();
   const CKovaReads reads(db);
   MasterRecords<RecordOf<Table>> read;
   read.blankData = appearance.data({});
   read.result = table.SetAssociatedDB(db);
   if (read.result == 0) read.result = table.SetKey(kListOrder);
-  table.SetKeyBuffer(key, sizeof key);
+  table.SetKeyBuffer(first.data(), static_cast<unsigned long>(first.size()));
+  table.SetWalkEnd(first.data(), static_cast<unsigned long>(first.size()));
   if (read.result == 0) read.result = table.GetGREQ();
-  for (; read.result == 0 && part.Holds(table.record); read.result = table.GetNEXT())
+  for (; read.result == 0; read.result = table.GetNEXT())
     read.records.push_back({table.record, appearance.text(table.record), appearance.data(table.record)});
   table.Close();
   if (read.result == static_cast<int>(store::Result::kEndOfTable)) read.result = 0;

@@ -21,14 +21,15 @@ constexpr int kCancelled = 2;        // this status and those above are not on t
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 
-/// Positions a bound table at the first record whose key begins with `key` or lies behind it.
+/// Positions a bound table at the first record whose key begins with the field's text `value`, for a walk of those.
 template <std::size_t Width>
-int GoTo(CBaseDBCall& table, int keyNumber, std::string_view key) {
-  char buffer[Width]{};
-  std::memcpy(buffer, key.data(), std::min(key.size(), Width));
+int GoTo(CBaseDBCall& table, int keyNumber, std::string_view value) {
+  char field[Width]{};
+  std::memcpy(field, value.data(), std::min(value.size(), Width));
   const int chosen = table.SetKey(keyNumber);
   if (chosen != 0) return chosen;
-  table.SetKeyBuffer(buffer, Width);
+  table.SetKeyBuffer(field, Width);
+  table.SetWalkEnd(field, Width);
   return table.GetGREQ();
 }
 
@@ -54,12 +55,21 @@ int ReadRows(CKovaDBSys* db, std::string_view date, std::vector<DayRow>& rows) {
   int result = reservations.SetAssociatedDB(db);
   if (result == 0) result = patients.SetAssociatedDB(db);
   if (result == 0) result = patients.SetFields("name otherName caseNumber");
-  if (result == 0) result = GoTo<14>(reservations, kByDateAndTime, date);
-  while (result == 0 && GetText(reservations.record.reservationDate) == date) {
-    if (reservations.record.status < kCancelled) result = AddRow(patients, reservations.record, rows);
-    if (result == 0) result = reservations.GetNEXT();
+  if (result == 0)
+    result = GoTo<sizeof reservations.record.reservationDate>(reservations, kByDateAndTime, date);
+  std::vector<tagRESERVATION> shown;
+  std::vector<std::string> codes;
+  for (; result == 0; result = reservations.GetNEXT()) {
+    if (reservations.record.status >= kCancelled) continue;
+    shown.push_back(reservations.record);
+    codes.emplace_back(GetText(reservations.record.patientCode));
   }
-  return OnlyFailures(result);
+  result = OnlyFailures(result);
+  if (result == 0) result = patients.ReadAhead(codes);
+  for (const tagRESERVATION& each : shown) {
+    if (result == 0) result = AddRow(patients, each, rows);
+  }
+  return result;
 }
 
 }  // namespace
@@ -69,8 +79,8 @@ std::vector<Stage> ReadStages(CKovaDBSys* db) {
   CCategoryDB table(nullptr, 0);
   std::vector<Stage> stages;
   int result = table.SetAssociatedDB(db);
-  if (result == 0) result = GoTo<8>(table, kByClassAndOrder, kStageClass);
-  for (; result == 0 && GetText(table.record.classCode) == kStageClass; result = table.GetNEXT()) {
+  if (result == 0) result = GoTo<sizeof table.record.classCode>(table, kByClassAndOrder, kStageClass);
+  for (; result == 0; result = table.GetNEXT()) {
     if (GetText(table.record.marker).starts_with(kRetired)) continue;
     stages.push_back(
         {foundation::ReadInteger(GetText(table.record.code)), std::string(GetText(table.record.name))});
