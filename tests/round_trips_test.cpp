@@ -1,0 +1,88 @@
+// How often a database server is asked by what a reception desk does all day: each time costs a way over the network.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "pickers/master_choices.h"
+#include "pickers/patient_query.h"
+#include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/engine.h"
+#include "platform/recordstore/kovadbcall.h"
+#include "tests/store_server.h"
+#include "visitflow/board.h"
+
+namespace {
+
+using kova::store::PutText;
+
+constexpr int kRows = 100;
+
+class RoundTrips : public testing::Test {
+ protected:
+  void SetUp() override {
+    kova::testing::PutOnServer(folder_.Path(), kova::testing::NewDatabaseName());
+    std::string problem;
+    ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+    ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
+    CPatientDB patients(nullptr, 0);
+    CReservationDB reservations(nullptr, 0);
+    CCategoryDB categories(nullptr, 0);
+    CDoctorDB doctors(nullptr, 0);
+    ASSERT_EQ(patients.SetAssociatedDB(&db_), 0);
+    ASSERT_EQ(reservations.SetAssociatedDB(&db_), 0);
+    ASSERT_EQ(categories.SetAssociatedDB(&db_), 0);
+    ASSERT_EQ(doctors.SetAssociatedDB(&db_), 0);
+    ASSERT_EQ(patients.BeginTran(), 0);
+    for (int i = 0; i < 2 * kRows; ++i) {
+      const std::string code = std::to_string(1000 + i), day = i < kRows ? "20260101" : "20260102";
+      PutText(patients.record.patientCode, code);
+      PutText(patients.record.name, "患者" + code);
+      PutText(reservations.record.reservationNumber, code);
+      PutText(reservations.record.patientCode, code);
+      PutText(reservations.record.reservationDate, day);
+      PutText(categories.record.classCode, i < kRows ? "1" : "2");
+      PutText(categories.record.code, std::to_string(i % kRows));
+      PutText(categories.record.sortOrder, std::to_string(i % kRows));
+      ASSERT_EQ(patients.Insert(), 0);
+      ASSERT_EQ(reservations.Insert(), 0);
+      ASSERT_EQ(categories.Insert(), 0);
+    }
+    ASSERT_EQ(patients.EndTran(), 0);
+  }
+  std::uint64_t Asked(const std::function<void()>& operation) {
+    const std::uint64_t before = db_.GetEngine()->RoundTrips();
+    operation();
+    return db_.GetEngine()->RoundTrips() - before;
+  }
+
+  kova::os::testing::TemporaryFolder folder_{"round_trips"};
+  CKovaDBSys db_;
+};
+
+TEST_F(RoundTrips, OfTheBoard) {
+  kova::visitflow::DayRead day;
+  EXPECT_EQ(Asked([&] { day = kova::visitflow::ReadDay(&db_, "20260101"); }), 3u);
+  ASSERT_EQ(day.rows.size(), static_cast<std::size_t>(kRows));
+  EXPECT_EQ(day.rows[7].patientName, "患者1007");
+  std::string stamp;
+  EXPECT_EQ(Asked([&] { EXPECT_TRUE(kova::visitflow::ReadBoardStamp(&db_, stamp)); }), 1u);
+}
+
+TEST_F(RoundTrips, OfTheFillers) {
+  namespace pickers = kova::pickers;
+  pickers::ChoiceList list;
+  const auto fill = [&] { list = pickers::CategoryChoices(&db_, "1", {}); };
+  EXPECT_EQ(Asked(fill), 3u);  // with the stamp that it is kept by
+  EXPECT_EQ(list.entries.size(), static_cast<std::size_t>(kRows));
+  EXPECT_EQ(Asked(fill), 1u);  // kept
+  EXPECT_LE(Asked([&] { list = pickers::PaymentMethodChoices(&db_, {}); }), 3u);
+  EXPECT_EQ(list.entries.size(), static_cast<std::size_t>(kRows));
+  EXPECT_LE(Asked([&] { (void)pickers::DoctorChoices(&db_, {}); }), 3u);
+  EXPECT_LE(Asked([&] { (void)pickers::StaffChoices(&db_, {}); }), 3u);
+  EXPECT_LE(Asked([&] { (void)pickers::CreditCategoryChoices(&db_, {}, ""); }), 3u);
+  EXPECT_LE(Asked([&] { (void)pickers::RecallGroupChoices(&db_, {}); }), 3u);
+}
+
+}  // namespace
