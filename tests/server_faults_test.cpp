@@ -40,28 +40,27 @@ class Proxy {
     int toChild[2], fromChild[2];
     EXPECT_EQ(pipe(toChild), 0);
     EXPECT_EQ(pipe(fromChild), 0);
-    port_ = 10000 + getpid() % 9000;
     child_ = fork();
     if (child_ == 0) {
       dup2(toChild[0], 0);
       dup2(fromChild[1], 1);
       for (const int fd : {toChild[0], toChild[1], fromChild[0], fromChild[1]}) close(fd);
-      execlp("node", "node", KOVA_TESTS_FOLDER "/tcp_proxy.mjs", std::to_string(port_).c_str(),
-             server.substr(0, colon).c_str(), server.substr(colon + 1).c_str(), nullptr);
+      execlp("node", "node", KOVA_TESTS_FOLDER "/tcp_proxy.mjs", server.substr(0, colon).c_str(),
+             server.substr(colon + 1).c_str(), nullptr);
       _exit(127);
     }
     close(toChild[0]);
     close(fromChild[1]);
     to_ = fdopen(toChild[1], "w");
     from_ = fdopen(fromChild[0], "r");
-    Heard();
+    port_ = Heard();
   }
   ~Proxy() {
     std::fclose(to_);
     std::fclose(from_);
     waitpid(child_, nullptr, 0);
   }
-  std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
+  std::string Host() const { return "127.0.0.1:" + port_; }
   /// Gives the answer.
   std::string Tell(const char* word) {
     std::fprintf(to_, "%s\n", word);
@@ -76,7 +75,7 @@ class Proxy {
     return std::string(line).substr(0, std::string_view(line).find('\n'));
   }
   pid_t child_ = -1;
-  int port_ = 0;
+  std::string port_;
   std::FILE* to_ = nullptr;
   std::FILE* from_ = nullptr;
 };

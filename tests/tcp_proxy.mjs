@@ -1,4 +1,5 @@
-// A server's stand-in on the network, for fault tests: node tcp_proxy.mjs PORT SERVER-HOST SERVER-PORT.
+// A server's stand-in on the network, for fault tests: node tcp_proxy.mjs SERVER-HOST SERVER-PORT. Says first which
+// port it listens on.
 // What it does with what passes through is said on standard input, a word a line; each is answered on standard output.
 //   pass      hand everything on (as at the beginning)
 //   hold      take everything, answer nothing, and tell nobody; connections stay open
@@ -9,7 +10,7 @@
 import net from 'node:net';
 import readline from 'node:readline';
 
-const [port, serverHost, serverPort] = process.argv.slice(2);
+const [serverHost, serverPort] = process.argv.slice(2);
 let mode = 'pass';
 const open = new Set();
 
@@ -48,7 +49,7 @@ const proxy = net.createServer(client => {
     });
   }
 });
-proxy.listen(Number(port), '127.0.0.1', () => console.log('ready'));
+proxy.listen(0, '127.0.0.1', () => console.log(proxy.address().port));
 readline.createInterface({ input: process.stdin }).on('line', word => {
   if (word !== 'state') mode = word;
   if (mode === 'refuse') end(...open);
