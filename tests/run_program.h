@@ -79,7 +79,10 @@ inline int RunInto(const std::filesystem::path& program, const std::vector<std::
   const int errFile = _wopen(err.c_str(), mode, _S_IREAD | _S_IWRITE);
   _dup2(outFile, 1);
   _dup2(errFile, 2);
-  const int code = static_cast<int>(_wspawnv(_P_WAIT, program.c_str(), argv.data()));
+  // -1: it did not start, which happens to one process in some hundreds under Wine on a machine that is busy.
+  int code = -1;
+  for (int attempt = 0; attempt < 3 && code == -1; ++attempt)
+    code = static_cast<int>(_wspawnv(_P_WAIT, program.c_str(), argv.data()));
   _dup2(keptOut, 1);
   _dup2(keptErr, 2);
   for (const int each : {keptOut, keptErr, outFile, errFile}) _close(each);
