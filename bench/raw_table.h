@@ -5,20 +5,15 @@
 
 #include <sqlite3.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "bench/check.h"
 #include "platform/recordstore/schema.h"
 
 namespace kova::bench {
-
-inline void Check(bool ok, const char* what) {
-  if (ok) return;
-  std::fprintf(stderr, "bench: %s failed\n", what);
-  std::exit(1);
-}
 
 class RawDatabase {
  public:
