@@ -21,7 +21,7 @@ using store::PutText;
 constexpr int kPatients = 5000;
 constexpr int kReservations = 100;
 constexpr int kReads = 1000;
-constexpr int kRounds = 31;
+constexpr int kRounds = 11;
 constexpr const char* kDay = "21000104";
 constexpr const char* kDayBehind = "21000105";
 
@@ -38,7 +38,7 @@ std::string Label(const char* what) { return testing::Environment("KOVA_SERVER_K
 struct Blocks {
   std::size_t position, next, largest;
 };
-constexpr Blocks kBlocks = {1, 8, 64};
+constexpr Blocks kBlocks = {1, 64, 4096};
 
 void PutPractice(CKovaDBSys& db) {
   CPatientDB patients(nullptr, 0);
@@ -78,7 +78,7 @@ std::uint64_t RoundTrips(CKovaDBSys& db) { return db.GetEngine()->RoundTrips(); 
 void PointReads(CKovaDBSys& db, RawServer& raw) {
   const store::TableDef& table = *store::FindTable("patient");
   RawQuery query(raw,
-                 "SELECT " + raw.Columns(table) + Table(raw, "patient") + " WHERE key0 >= ? ORDER BY key0, id LIMIT 1", "k",
+                 "SELECT " + raw.Columns(table) + Table(raw, "patient") + " WHERE key0 >= ? ORDER BY key0 LIMIT 1", "k",
                  1);
   query.AddRecord(table);
   query.Bind();
@@ -119,12 +119,12 @@ void Walk(CKovaDBSys& db, RawServer& raw) {
   for (std::size_t limit = kBlocks.next;; limit = std::min(limit * 4, kBlocks.largest)) {
     limits.push_back(limit);
     next.push_back(std::make_unique<RawQuery>(
-        raw, select + " WHERE key0 > ? ORDER BY key0, id LIMIT " + std::to_string(limit), "k", std::min<std::size_t>(limit, 64)));
+        raw, select + " WHERE key0 > ? ORDER BY key0 LIMIT " + std::to_string(limit), "k", std::min<std::size_t>(limit, 64)));
     next.back()->AddRecord(table);
     next.back()->Bind();
     if (limit == kBlocks.largest) break;
   }
-  RawQuery first(raw, select + " ORDER BY key0, id LIMIT " + std::to_string(kBlocks.position), "", kBlocks.position);
+  RawQuery first(raw, select + " ORDER BY key0 LIMIT " + std::to_string(kBlocks.position), "", kBlocks.position);
   first.AddRecord(table);
   first.Bind();
   CPatientDB patients(nullptr, 0);
@@ -147,7 +147,8 @@ void Walk(CKovaDBSys& db, RawServer& raw) {
           rows = next[block]->Run();
           count += rows;
           ++rawTrips;
-          if (rows == limits[block] && block + 1 < next.size()) ++block;
+          if (rows < limits[block]) break;
+          if (block + 1 < next.size()) ++block;
         } while (rows > 0);
         Check(count == kPatients, "raw walk");
       });

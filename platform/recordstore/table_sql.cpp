@@ -61,6 +61,8 @@ std::string SelectInOrderSql(const SqlForm& form, const TableDef& table) {
 
 std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward) {
   const std::string column = KeyColumn(form, key);
+  // Not every server sees that nothing is left to be sorted behind a unique key.
+  if (key.number == 0) return " ORDER BY " + column + (forward ? "" : " DESC");
   return forward ? " ORDER BY " + column + ", id" : " ORDER BY " + column + " DESC, id DESC";
 }
 
