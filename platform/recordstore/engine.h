@@ -148,6 +148,12 @@ std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Re
 /// is and gives kDuplicate.
 Result CreateDatabase(std::string_view folder, bool overNetwork, std::string& problem);
 
+/// The same for a folder that a migration is not finished in, which OpenEngine refuses.
+std::unique_ptr<Engine> OpenUnfinished(std::string_view folder, bool overNetwork, Result& result, std::string& problem);
+
+/// In a folder while the migration into it is not finished.
+inline constexpr std::string_view kUnfinishedFile = "kova.migration";
+
 /// The file that marks a folder as a database folder. Copied last, so that a half-copied folder has none.
 inline constexpr std::string_view kMarkerFile = "INDEXCONTROL.BTR";
 

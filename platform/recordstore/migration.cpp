@@ -12,8 +12,6 @@
 namespace kova::store {
 namespace {
 
-// In the target's folder while it is not finished: the source's folder.
-constexpr std::string_view kUnfinished = "kova.migration";
 constexpr std::size_t kRecordsAtOnce = 1000;     // a read
 constexpr std::size_t kRecordsPerCommit = 10000;
 constexpr std::string_view kNumbers[] = {"saleNumber"};
@@ -51,14 +49,15 @@ class Migration {
     Result result = Result::kFailed;
     from_ = OpenEngine(from, os::IsRemoteFolder(from), result, problem_);
     if (from_ == nullptr) return Fail(result, "the source cannot be opened");
-    const std::string unfinished = os::JoinPath(to, kUnfinished), marker = os::JoinPath(to, kMarkerFile);
+    // Names the source's folder.
+    const std::string unfinished = os::JoinPath(to, kUnfinishedFile), marker = os::JoinPath(to, kMarkerFile);
     std::string source;
     const bool goesOn = files_.Read(unfinished, 2000, source) == os::FileOutcome::kOk;
     if (goesOn && source != Folder(from))
       return Fail(Result::kDuplicate, "the target is an unfinished migration from another folder");
     // Nobody else is to open it, but this has to.
     if (goesOn && files_.Kind(marker) == os::PathKind::kNothing) (void)files_.Create(marker, "");
-    to_ = OpenEngine(to, os::IsRemoteFolder(to), result, problem_);
+    to_ = OpenUnfinished(to, os::IsRemoteFolder(to), result, problem_);
     if (to_ == nullptr) result = Fail(result, "the target cannot be opened");
     if (result == Result::kDone && !goesOn) result = MustBeEmpty();
     if (result != Result::kDone) return result;
@@ -176,7 +175,7 @@ class Migration {
   Result Finish(std::string_view to) {
     const std::string text = "This file marks a database folder.\r\n";
     const bool worked = files_.Create(os::JoinPath(to, kMarkerFile), text) == os::FileOutcome::kOk &&
-                        files_.Delete(os::JoinPath(to, kUnfinished)) == os::FileOutcome::kOk;
+                        files_.Delete(os::JoinPath(to, kUnfinishedFile)) == os::FileOutcome::kOk;
     return worked ? Result::kDone : Fail(Result::kReadOnly, "the target's folder cannot be written");
   }
 

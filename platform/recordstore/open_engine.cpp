@@ -17,6 +17,14 @@ bool HasMarker(std::string_view folder) {
 }  // namespace
 
 std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result, std::string& problem) {
+  if (os::RealFiles().Kind(os::JoinPath(folder, kUnfinishedFile)) != os::PathKind::kFile)
+    return OpenUnfinished(folder, overNetwork, result, problem);
+  result = Result::kNoDatabase;
+  problem = "a migration into this folder is not finished";
+  return nullptr;
+}
+
+std::unique_ptr<Engine> OpenUnfinished(std::string_view folder, bool overNetwork, Result& result, std::string& problem) {
   if (!HasServerFile(folder)) return OpenSqliteEngine(folder, overNetwork, result);
   ServerSettings settings;
   result = HasMarker(folder) ? ReadServerSettings(folder, settings, problem) : Result::kNoDatabase;
