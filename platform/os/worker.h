@@ -5,11 +5,13 @@
 
 namespace kova::os {
 
+class Thread;
+
 /// A thread for calls that may never come back (a driver that waits for a machine that is gone). Its owner waits
 /// for each piece of work, but not longer than he wants to.
 ///
-/// Used by one thread. Destroying it waits for nothing: a piece of work that hangs ends whenever its call comes back, so
-/// it must own everything that it touches.
+/// Used by one thread. Destroying it waits for no piece of work that hangs: that one ends whenever its call comes back, so it
+/// must own everything that it touches.
 class Worker {
  public:
   /// Null when the system gives no thread.
@@ -24,9 +26,10 @@ class Worker {
 
  private:
   struct Shared;
-  explicit Worker(std::shared_ptr<Shared> shared);
+  Worker();
 
   std::shared_ptr<Shared> shared_;
+  std::unique_ptr<Thread> thread_;
   bool isLost_ = false;
 };
 
