@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kRecordsAtOnce = 1000;     // a read
 constexpr std::size_t kRecordsPerCommit = 10000;
+constexpr std::size_t kLongestPath = 2000;
 constexpr std::string_view kNumbers[] = {"saleNumber"};
 
 std::string Folder(std::string_view folder) { return std::string(os::DropTrailingDelimiter(folder)); }
@@ -33,6 +34,7 @@ class Migration {
     for (const TableDef& table : AllTables()) {
       if (result == Result::kDone) result = Compare(table);
     }
+    if (result == Result::kDone) result = CompareNumbers();
     if (result == Result::kDone) result = Stamp(after);
     if (result == Result::kDone && before != after) return Fail(Result::kChanged, "the source was written to meanwhile");
     return result == Result::kDone ? Finish(to) : result;
@@ -49,22 +51,19 @@ class Migration {
     Result result = Result::kFailed;
     from_ = OpenEngine(from, os::IsRemoteFolder(from), result, problem_);
     if (from_ == nullptr) return Fail(result, "the source cannot be opened");
-    // Names the source's folder.
-    const std::string unfinished = os::JoinPath(to, kUnfinishedFile), marker = os::JoinPath(to, kMarkerFile);
+    // While the file is there, OpenEngine refuses the folder. It names the source's.
+    const std::string unfinished = os::JoinPath(to, kUnfinishedFile);
     std::string source;
-    const bool goesOn = files_.Read(unfinished, 2000, source) == os::FileOutcome::kOk;
+    const bool goesOn = files_.Read(unfinished, kLongestPath, source) == os::FileOutcome::kOk;
     if (goesOn && source != Folder(from))
       return Fail(Result::kDuplicate, "the target is an unfinished migration from another folder");
-    // Nobody else is to open it, but this has to.
-    if (goesOn && files_.Kind(marker) == os::PathKind::kNothing) (void)files_.Create(marker, "");
     to_ = OpenUnfinished(to, os::IsRemoteFolder(to), result, problem_);
-    if (to_ == nullptr) result = Fail(result, "the target cannot be opened");
-    if (result == Result::kDone && !goesOn) result = MustBeEmpty();
-    if (result != Result::kDone) return result;
-    const bool isMarked = goesOn || files_.Create(unfinished, Folder(from)) == os::FileOutcome::kOk;
-    if (!isMarked || files_.Delete(marker) != os::FileOutcome::kOk)
+    if (to_ == nullptr) return Fail(result, "the target cannot be opened");
+    if (goesOn) return Result::kDone;
+    result = MustBeEmpty();
+    if (result == Result::kDone && files_.Create(unfinished, Folder(from)) != os::FileOutcome::kOk)
       return Fail(Result::kReadOnly, "the target's folder cannot be written");
-    return Result::kDone;
+    return result;
   }
 
   Result MustBeEmpty() {
@@ -172,10 +171,19 @@ class Migration {
     return Result::kDone;
   }
 
+  Result CompareNumbers() {
+    for (const std::string_view name : kNumbers) {
+      std::int64_t one = 0, other = 0;
+      Result result = from_->LastNumber(name, one);
+      if (result == Result::kDone) result = to_->LastNumber(name, other);
+      if (result != Result::kDone || one != other)
+        return Fail(result == Result::kDone ? Result::kDamaged : result, "the numbers are not the same in the target");
+    }
+    return Result::kDone;
+  }
+
   Result Finish(std::string_view to) {
-    const std::string text = "This file marks a database folder.\r\n";
-    const bool worked = files_.Create(os::JoinPath(to, kMarkerFile), text) == os::FileOutcome::kOk &&
-                        files_.Delete(os::JoinPath(to, kUnfinishedFile)) == os::FileOutcome::kOk;
+    const bool worked = files_.Delete(os::JoinPath(to, kUnfinishedFile)) == os::FileOutcome::kOk;
     return worked ? Result::kDone : Fail(Result::kReadOnly, "the target's folder cannot be written");
   }
 
