@@ -297,26 +297,28 @@ Session::PreparedWrite* Session::WriteStatement(const TableDef& table, char what
   return worked ? writes_.emplace(std::move(name), std::move(prepared)).first->second.get() : nullptr;
 }
 
+// `none` where it writes no record.
+Result Session::Write(PreparedWrite& write, RecordId id, Result none) {
+  write.id = id;
+  std::int64_t rows = 0;
+  if (!write.statement.Execute() || !write.statement.AffectedRows(rows)) return Failed();
+  write.statement.CloseResult();
+  return rows == 1 ? Result::kDone : none;
+}
+
 Result Session::Insert(const TableDef& table, RecordId id, const char* record) {
   PreparedWrite* write = WriteStatement(table, 'i');
   if (write == nullptr) return Failed();
-  write->id = id;
   write->record.Set(record);
-  std::int64_t rows = 0;
-  if (!write->statement.Execute() || !write->statement.AffectedRows(rows)) return Failed();
-  write->statement.CloseResult();
-  return rows == 1 ? Result::kDone : Result::kDuplicate;
+  return Write(*write, id, Result::kDuplicate);
 }
 
 Result Session::Update(const TableDef& table, RecordId id, const char* record) {
   PreparedWrite* write = WriteStatement(table, 'u');
   if (write == nullptr) return Failed();
-  write->id = id;
   write->record.Set(record);
-  std::int64_t rows = 0;
-  if (!write->statement.Execute() || !write->statement.AffectedRows(rows)) return Failed();
-  write->statement.CloseResult();
-  if (rows == 1) return Result::kDone;
+  const Result written = Write(*write, id, Result::kChanged);
+  if (written != Result::kChanged) return written;
   RecordBlock there;
   const Result read = ReadById(table, id, there);
   if (read != Result::kDone) return read;
@@ -326,11 +328,7 @@ Result Session::Update(const TableDef& table, RecordId id, const char* record) {
 Result Session::Delete(const TableDef& table, RecordId id) {
   PreparedWrite* write = WriteStatement(table, 'd');
   if (write == nullptr) return Failed();
-  write->id = id;
-  std::int64_t rows = 0;
-  if (!write->statement.Execute() || !write->statement.AffectedRows(rows)) return Failed();
-  write->statement.CloseResult();
-  return rows == 1 ? Result::kDone : Result::kChanged;
+  return Write(*write, id, Result::kChanged);
 }
 
 Result Session::SumStamps(std::span<const TableId> tables, std::int64_t& sum) {

@@ -70,6 +70,7 @@ class Session {
   Result Failed() const { return dialect_->Translate(connection_.Failure()); }
   Result ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block);
   PreparedWrite* WriteStatement(const TableDef& table, char what);
+  Result Write(PreparedWrite& write, RecordId id, Result none);
 
   std::shared_ptr<const Dialect> dialect_;
   Connection connection_;  // outlives the statements
