@@ -48,4 +48,7 @@ class Thread {
   std::unique_ptr<State> state_;
 };
 
+/// Lets another thread go first, if one waits for the processor.
+void LetOthersRun();
+
 }  // namespace kova::os

@@ -1,6 +1,7 @@
 #include "platform/os/thread.h"
 
 #include <pthread.h>
+#include <sched.h>
 
 #include <ctime>
 #include <utility>
@@ -79,5 +80,7 @@ bool Thread::Join(int milliseconds) {
   state_->isJoined = pthread_timedjoin_np(state_->handle, nullptr, &end) == 0;
   return state_->isJoined;
 }
+
+void LetOthersRun() { sched_yield(); }
 
 }  // namespace kova::os

@@ -64,4 +64,6 @@ bool Thread::Join(int milliseconds) {
   return WaitForSingleObject(state_->handle.Get(), static_cast<DWORD>(milliseconds)) == WAIT_OBJECT_0;
 }
 
+void LetOthersRun() { SwitchToThread(); }
+
 }  // namespace kova::os

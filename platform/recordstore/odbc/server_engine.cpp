@@ -170,6 +170,13 @@ std::shared_ptr<const TableDef> ServerEngine::Keep(const TableDef& table) {
   return kept;
 }
 
+// The caller's block for a question that may outlive it: the memory that it has is used again. Leaves an empty one.
+std::shared_ptr<RecordBlock> ServerEngine::Lend(const TableDef& table, RecordBlock& block) {
+  auto lent = std::make_shared<RecordBlock>(std::move(block));
+  block.Reset(table.recordSize);
+  return lent;
+}
+
 std::string ServerEngine::BeforeRead() const {
   return !HoldsTransaction() && view_ == View::kWanted ? dialect_->BeginReadsSql() : std::string();
 }
@@ -184,9 +191,8 @@ void ServerEngine::NoteRead(Result result) {
 Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
                           RecordBlock& block) {
   StartClock();
-  block.Reset(table.recordSize);
+  auto read = Lend(table, block);
   if (isLost_) return lostTo_;
-  auto read = std::make_shared<RecordBlock>();
   const auto work = [read, kept = Keep(table), keyIndex, owned = odbc::OwnedReadFrom(from), limit,
                      before = BeforeRead()](odbc::Session& session) {
     return session.Read(*kept, keyIndex, owned, limit, before, *read);
@@ -200,9 +206,8 @@ Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
 
 Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) {
   StartClock();
-  block.Reset(table.recordSize);
+  auto read = Lend(table, block);
   if (isLost_) return lostTo_;
-  auto read = std::make_shared<RecordBlock>();
   const auto work = [read, kept = Keep(table), keys = std::vector<std::string>(primaryKeys.begin(), primaryKeys.end()),
                      before = BeforeRead()](odbc::Session& session) {
     return session.ReadMany(*kept, keys, before, *read);
@@ -253,9 +258,8 @@ Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId&
 
 Result ServerEngine::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
   StartClock();
-  block.Reset(table.recordSize);
+  auto read = Lend(table, block);
   if (isLost_) return lostTo_;
-  auto read = std::make_shared<RecordBlock>();
   const Result result = Ask([read, kept = Keep(table), behind, limit](odbc::Session& session) {
     return session.ReadInOrder(*kept, behind, limit, *read);
   });

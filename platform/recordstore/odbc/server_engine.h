@@ -65,6 +65,7 @@ class ServerEngine final : public Engine {
   Result CheckLayout(const ServerSettings& settings);
   void DropSession();
   std::shared_ptr<const TableDef> Keep(const TableDef& table);
+  static std::shared_ptr<RecordBlock> Lend(const TableDef& table, RecordBlock& block);
   std::string BeforeRead() const;
   void NoteRead(Result result);
 
