@@ -18,14 +18,17 @@ std::string Keyword(std::string_view keyword, std::string_view value) {
 }
 
 std::string Hex(std::string_view bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
   std::string text;
-  text.reserve(bytes.size() * 2);
+  AppendHex(bytes, text);
+  return text;
+}
+
+void AppendHex(std::string_view bytes, std::string& text) {
+  constexpr char kDigits[] = "0123456789abcdef";
   for (const char c : bytes) {
     text += kDigits[static_cast<unsigned char>(c) >> 4];
     text += kDigits[static_cast<unsigned char>(c) & 15];
   }
-  return text;
 }
 
 bool Encrypts(const ServerSettings& settings, const ServerAddress& address) {

@@ -29,6 +29,9 @@ class Dialect : public SqlForm {
   /// How texts go through the driver.
   virtual odbc::TextForm Texts() const { return odbc::TextForm::kUtf16; }
   virtual std::string Bytes(std::string_view bytes) const = 0;
+  /// Inserts records whose columns come as a parameter each, in the order of InsertSql: an array in the server's text form, as
+  /// UTF-8 bytes. Empty where the server has no arrays.
+  virtual std::string InsertArraysSql(const TableDef&) const { return {}; }
   /// A condition for the records behind or before (key, id) in the order of the key. `parameters` gets a letter for each
   /// of its parameters: k the key, i the id.
   virtual std::string BeyondSql(const std::string& column, bool forward, std::string& parameters) const = 0;
@@ -63,6 +66,7 @@ std::unique_ptr<Dialect> MakeDialect(std::string_view kind);
 std::string Keyword(std::string_view keyword, std::string_view value);
 /// Lower-case hexadecimal digits.
 std::string Hex(std::string_view bytes);
+void AppendHex(std::string_view bytes, std::string& text);
 /// True when the connection needs encryption by these settings.
 bool Encrypts(const ServerSettings& settings, const ServerAddress& address);
 /// The authority's file as drivers take it: UTF-8, with "/" between the folders.

@@ -61,6 +61,16 @@ class PostgreSql final : public Dialect {
   }
 
   std::string Bytes(std::string_view bytes) const override { return "'\\x" + Hex(bytes) + "'::bytea"; }
+  std::string InsertArraysSql(const TableDef& table) const override {
+    const std::string insert = InsertSql(*this, table);
+    std::string arrays;
+    const auto add = [&](const char* type) { arrays.append(", convert_from(?, 'UTF8')::").append(type).append("[]"); };
+    add("bigint");
+    // Cast to their columns' types on the way in: a text that is too long fails there, instead of being cut.
+    for (const FieldDef& field : table.fields) add(field.kind == FieldKind::kText ? "text" : "integer");
+    for (std::size_t i = 0; i <= table.keys.size(); ++i) add("bytea");
+    return insert.substr(0, insert.find("VALUES")) + "SELECT * FROM unnest(" + arrays.substr(2) + ")";
+  }
   std::string BeyondSql(const std::string& column, bool forward, std::string& parameters) const override {
     parameters = "ki";
     return "(" + column + ", id) " + (forward ? ">" : "<") + " (?, ?)";

@@ -12,7 +12,6 @@ constexpr int kConnectSeconds = 3;
 constexpr std::size_t kRowsAtOnce = 64;
 constexpr std::size_t kLongestKey = 512;
 constexpr std::size_t kKeysAtOnce = 1000;
-constexpr std::size_t kLongestInsert = 512 * 1024;  // characters; servers take 16 MB by default
 
 bool IsForward(ReadFrom::Place place) {
   using Place = ReadFrom::Place;
@@ -66,19 +65,6 @@ std::string WithValues(const Dialect& dialect, const ReadStatement& read, const 
     sql += what == 'i' ? std::to_string(from.id) : dialect.Bytes(what == 'k' ? from.key : *from.upTo);
   }
   return sql;
-}
-
-/// Up to where the records' values follow.
-std::string InsertBeginning(const Dialect& dialect, const TableDef& table) {
-  const std::string sql = InsertSql(dialect, table);
-  return sql.substr(0, sql.find("VALUES") + 7);
-}
-
-/// A comma and the text as a literal; backslashes stand for themselves in our sessions.
-void AppendQuoted(std::string_view utf8, std::string& sql) {
-  sql += ",'";
-  for (const char c : utf8) sql.append(c == '\'' ? 2 : 1, c);
-  sql += '\'';
 }
 
 /// Names a statement among those that were prepared.
@@ -248,29 +234,9 @@ Result Session::ReadInOrder(const TableDef& table, RecordId behind, std::size_t 
 }
 
 Result Session::InsertMany(const TableDef& table, RecordId id, const RecordBlock& block, std::size_t first) {
-  RecordColumns columns;
-  std::size_t at = first;
-  while (at < block.Size()) {
-    std::string sql = InsertBeginning(*dialect_, table);
-    for (; at < block.Size() && sql.size() < kLongestInsert; ++at) {
-      const char* record = block.Record(at);
-      ToColumns(table, record, columns);
-      sql += "(" + std::to_string(id++);
-      std::size_t text = 0;
-      for (const FieldDef& field : table.fields) {
-        if (field.kind == FieldKind::kText)
-          AppendQuoted(columns.texts[text++], sql);
-        else
-          sql.append(",").append(std::to_string(NumberOfField(field.kind, record + field.offset)));
-      }
-      for (const KeyDef& key : table.keys) sql.append(",").append(dialect_->Bytes(MakeKey(key, record)));
-      sql.append(",").append(columns.exact ? "NULL" : dialect_->Bytes({record, table.recordSize})).append("),");
-    }
-    sql.pop_back();
-    const Result result = Run(sql);
-    if (result != Result::kDone) return result;
-  }
-  return Result::kDone;
+  std::unique_ptr<BulkInsert>& insert = bulkInserts_[std::string(table.name)];
+  if (insert == nullptr) insert = std::make_unique<BulkInsert>(connection_, *dialect_, table);
+  return insert->Insert(id, block, first) ? Result::kDone : Failed();
 }
 
 // The statement that inserts ('i'), updates ('u') or deletes ('d'); null when it cannot be prepared.

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/recordstore/odbc/bulk_insert.h"
 #include "platform/recordstore/odbc/dialect.h"
 #include "platform/recordstore/odbc/record_rows.h"
 
@@ -78,6 +79,7 @@ class Session {
   std::map<std::string, std::unique_ptr<PreparedRead>, std::less<>> reads_;
   std::map<std::string, std::unique_ptr<PreparedWrite>, std::less<>> writes_;
   std::map<std::string, std::unique_ptr<PreparedNumbers>, std::less<>> numbers_;
+  std::map<std::string, std::unique_ptr<BulkInsert>, std::less<>> bulkInserts_;
 };
 
 }  // namespace kova::store::odbc
