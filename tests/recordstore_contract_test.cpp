@@ -233,6 +233,31 @@ TEST_P(RecordStore, AWalkEndsWhereItIsToldTo) {
   EXPECT_EQ(table.GetNEXT(), Code(Result::kEndOfTable));
 }
 
+TEST_P(RecordStore, WalksGoThroughBeginningsOnly) {
+  for (const char* code : {"a", "b1", "b2", "b\xFF", "c", "d1", "e"}) PutCategory(db_, "1", code, "x");
+  CCategoryDB table(nullptr, 0);
+  ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
+  const auto walk = [&](const std::vector<std::string>& beginnings, const char* writes) {
+    table.SetWalk(beginnings);
+    std::string codes;
+    int result = table.GetFIRST();
+    for (; result == 0; result = table.GetNEXT()) {
+      codes.append(table.record.code).append(" ");
+      if (codes == "b1 " && writes != nullptr) PutCategory(db_, "1", writes, "x");  // the rest is read anew
+    }
+    EXPECT_EQ(result, Code(Result::kEndOfTable));
+    return codes;
+  };
+  const auto key = [](const char* code) { return std::string("1").append(sizeof(tagCATEGORY::classCode) - 1, '\0') + code; };
+  EXPECT_EQ(walk({key("b"), key("d")}, nullptr), "b1 b2 b\xFF d1 ");
+  EXPECT_EQ(walk({key("b1"), key("d"), key("x")}, "d2"), "b1 d1 d2 ");
+  EXPECT_EQ(walk({key("ab"), std::string(200, 'a')}, nullptr), "");
+  EXPECT_EQ(walk({}, nullptr), "");
+  ASSERT_EQ(table.SetKey(0), 0);
+  ASSERT_EQ(table.GetFIRST(), 0);
+  EXPECT_STREQ(table.record.code, "a") << "the walk is taken off";
+}
+
 TEST_P(RecordStore, RecordsReadAheadAreAnsweredAsOthers) {
   CPatientDB writer(nullptr, 0), table(nullptr, 0);
   ASSERT_EQ(writer.SetAssociatedDB(&db_), 0);

@@ -39,6 +39,8 @@ class RoundTrips : public testing::Test {
       const std::string code = std::to_string(1000 + i), day = i < kRows ? "20260101" : "20260102";
       PutText(patients.record.patientCode, code);
       PutText(patients.record.name, "患者" + code);
+      const char* const readings[] = {"かんじゃ", "カンジャ", "ｶﾝｼﾞｬ"};
+      PutText(patients.record.reading, readings[i % 3] + code);
       PutText(reservations.record.reservationNumber, code);
       PutText(reservations.record.patientCode, code);
       PutText(reservations.record.reservationDate, day);
@@ -68,6 +70,22 @@ TEST_F(RoundTrips, OfTheBoard) {
   EXPECT_EQ(day.rows[7].patientName, "患者1007");
   std::string stamp;
   EXPECT_EQ(Asked([&] { EXPECT_TRUE(kova::visitflow::ReadBoardStamp(&db_, stamp)); }), 1u);
+}
+
+TEST_F(RoundTrips, OfThePatientQuery) {
+  using kova::pickers::SearchMode;
+  std::vector<kova::pickers::PatientHit> hits;
+  const auto query = [&](SearchMode mode, const char* text, bool withMaidenName) {
+    return Asked([&] { hits = kova::pickers::QueryPatients(&db_, mode, text, withMaidenName); });
+  };
+  EXPECT_LE(query(SearchMode::kId, "１1", false), 3u);
+  EXPECT_EQ(hits.size(), static_cast<std::size_t>(kRows)) << "1100 to 1199";
+  EXPECT_LE(query(SearchMode::kKana, "かんじゃ", false), 3u);
+  ASSERT_EQ(hits.size(), 2u * kRows) << "in three kana forms";
+  EXPECT_EQ(hits.front().reading, "かんじゃ1000") << "in the order of the bytes";
+  EXPECT_EQ(hits.back().reading, "ｶﾝｼﾞｬ1197");
+  EXPECT_LE(query(SearchMode::kName, "患者11", true), 3u);
+  EXPECT_EQ(hits.size(), static_cast<std::size_t>(kRows));
 }
 
 TEST_F(RoundTrips, OfTheFillers) {

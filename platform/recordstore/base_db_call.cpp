@@ -83,6 +83,14 @@ void CBaseDBCall::SetWalkEnd(const char* key, unsigned long length) {
   }
 }
 
+void CBaseDBCall::SetWalk(std::span<const std::string> beginnings) {
+  try {
+    cursor_->SetWalk(beginnings);
+  } catch (const std::exception&) {
+    // As above.
+  }
+}
+
 int CBaseDBCall::ReadAhead(std::span<const std::string> firstFields) {
   DropClosed();
   return AsInt([&] { return cursor_->ReadAhead(firstFields); });

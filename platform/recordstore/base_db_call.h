@@ -55,6 +55,9 @@ class KOVADBCALL_API CBaseDBCall {
   /// limited. Such a walk is meant to be read to its end: a distant store is asked few times, for many records. No
   /// bytes: every record. Null takes the end off, and so do SetKey, SetFields and Close.
   void SetWalkEnd(const char* key, unsigned long length);
+  /// The same for the records only whose key begins with one of these: the calls forward find no others. They are in the
+  /// order of the key, and none begins with another one.
+  void SetWalk(std::span<const std::string> beginnings);
   /// Says which records will be looked up, by the first field of their primary key (Get...Data, GetEQ): a distant
   /// store is asked once for all of them. They are used while the CKovaReads is open that must be open here, and until
   /// the table is written; the next call forgets them. Does nothing where a look-up costs little.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
 namespace kova::store {
 namespace {
@@ -25,6 +24,7 @@ void Cursor::Bind(Engine* engine) {
   engine_ = engine;
   hasPosition_ = hasRecord_ = atEnd_ = readsWhole_ = false;
   walkEnd_.reset();
+  walk_.reset();
   block_.Reset(table_.recordSize);
   aheadView_ = 0;
 }
@@ -50,12 +50,19 @@ Result Cursor::SetFields(std::string_view names) {
 }
 
 void Cursor::SetWalkEnd(std::optional<std::string_view> key) {
-  if (walkEnd_ || key) DropBlock();
+  if (walkEnd_ || walk_ || key) DropBlock();
   readsWhole_ = key.has_value();
   walkEnd_.reset();
-  if (!key || key->empty()) return;
-  walkEnd_ = key->substr(0, Key().width);
-  walkEnd_->resize(Key().width, '\xFF');
+  walk_.reset();
+  if (key && !key->empty()) walkEnd_ = LastKeyOf(Key(), *key);
+}
+
+void Cursor::SetWalk(std::span<const std::string> beginnings) {
+  SetWalkEnd("");
+  walk_.emplace();
+  for (const std::string& each : beginnings) {
+    if (each.size() <= Key().width) walk_->push_back(each);  // no key begins with a longer one
+  }
 }
 
 Result Cursor::ReadAhead(std::span<const std::string> firstFields) {
@@ -80,7 +87,7 @@ Result Cursor::ReadAhead(std::span<const std::string> firstFields) {
 
 // False when the record that the key buffer names has to be asked for.
 bool Cursor::FindAhead(Result& result) {
-  if (aheadView_ == 0 || engine_ == nullptr || !IsWholeKey() || walkEnd_) return false;
+  if (aheadView_ == 0 || engine_ == nullptr || !IsWholeKey() || walkEnd_ || walk_) return false;
   if (engine_->ReadView() != aheadView_ || engine_->WriteCount(table_) != aheadWrites_) return false;
   const auto found = aheadAt_.find(TrimmedKeyBuffer());
   if (found == aheadAt_.end()) return false;
@@ -129,8 +136,7 @@ Result Cursor::GetGreaterOrEqual() {
 
 Result Cursor::GetLessOrEqual() {
   // A prefix stands for every key that begins with it, so the largest of them is the bound.
-  std::string key = keyBuffer_.substr(0, Key().width);
-  key.resize(Key().width, '\xFF');
+  const std::string key = LastKeyOf(Key(), keyBuffer_);
   return Position({ReadFrom::Place::kAtMost, key}, false);
 }
 
@@ -173,6 +179,7 @@ std::size_t Cursor::FirstLimit(bool mustEqual) const {
 
 Result Cursor::ReadBlock(ReadFrom from, std::size_t limit) {
   if (forward_ && walkEnd_) from.upTo = *walkEnd_;
+  if (forward_ && walk_) from.beginnings = *walk_;
   writeCount_ = engine_->WriteCount(table_);
   const Result result = engine_->Read(Shape(), keyIndex_, from, limit, block_);
   isLast_ = block_.Size() < limit;

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/recordstore/engine.h"
 
@@ -34,6 +35,8 @@ class Cursor {
 
   /// Nothing: no end.
   void SetWalkEnd(std::optional<std::string_view> key);
+  /// As ReadFrom::beginnings.
+  void SetWalk(std::span<const std::string> beginnings);
   /// Before many look-ups by the first field of the primary key. What was read is forgotten with the next call.
   Result ReadAhead(std::span<const std::string> firstFields);
 
@@ -94,6 +97,7 @@ class Cursor {
   std::string keyBuffer_;
   bool readsWhole_ = false;             // a walk is meant to be read to its end
   std::optional<std::string> walkEnd_;  // the largest key of a walk forward, at the key's full width
+  std::optional<std::vector<std::string>> walk_;  // or the beginnings of its keys
 
   RecordBlock block_;
   std::size_t at_ = 0;            // current record within the block

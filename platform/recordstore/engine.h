@@ -37,6 +37,9 @@ struct ReadFrom {
   RecordId id = 0;
   /// Forward reads end behind the last record whose key is not greater than this, where it is given.
   std::optional<std::string_view> upTo = {};
+  /// Forward reads give only records whose key begins with one of these, where they are given (`upTo` is not, then). They are
+  /// in the order of the key, and none begins with another one.
+  std::optional<std::span<const std::string>> beginnings = {};
 };
 
 /// Records read in one go, in reading order.
@@ -52,6 +55,10 @@ class RecordBlock {
     ids_.push_back(id);
     bytes_.resize(ids_.size() * recordSize_);
     return bytes_.data() + (ids_.size() - 1) * recordSize_;
+  }
+  void Append(const RecordBlock& other) {
+    ids_.insert(ids_.end(), other.ids_.begin(), other.ids_.end());
+    bytes_.insert(bytes_.end(), other.bytes_.begin(), other.bytes_.end());
   }
   void DropLast() {
     ids_.pop_back();
@@ -136,6 +143,11 @@ class KOVADBCALL_API Engine {
 
   /// Checks the whole database; kDamaged and the first finding in `finding` when something is wrong.
   virtual Result CheckIntegrity(std::string& finding) = 0;
+
+ protected:
+  /// A read with `beginnings` as reads without, for engines to which a question costs little.
+  Result ReadBeginnings(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
+                        RecordBlock& block);
 };
 
 /// Opens the database of `folder` (code page 932, as hosts give it): on the server that a file in it names, or in

@@ -114,6 +114,12 @@ std::string MakeKey(const KeyDef& key, const char* record) {
   return bytes;
 }
 
+std::string LastKeyOf(const KeyDef& key, std::string_view beginning) {
+  std::string last(beginning.substr(0, key.width));
+  last.resize(key.width, '\xFF');
+  return last;
+}
+
 std::string_view GetText(const char* field, std::size_t width) {
   const void* terminator = std::memchr(field, 0, width);
   if (terminator == nullptr) return {field, width};

@@ -66,6 +66,9 @@ std::optional<TableDef> PartOfTable(const TableDef& table, std::string_view name
 /// are dropped, which changes no comparison.
 KOVADBCALL_API std::string MakeKey(const KeyDef& key, const char* record);
 
+/// The largest key that begins with these bytes.
+std::string LastKeyOf(const KeyDef& key, std::string_view beginning);
+
 /// A text field's bytes up to the terminator; all of them when it has none.
 KOVADBCALL_API std::string_view GetText(const char* field, std::size_t width);
 

@@ -12,9 +12,7 @@ namespace {
 
 using store::GetText;
 
-// Keys of the patient table; all of them fit into a buffer of this width.
-constexpr int kByName = 1, kByReading = 2, kById = 3;
-constexpr std::size_t kKeyWidth = 41;
+constexpr int kByName = 1, kByReading = 2, kById = 3;  // keys of the patient table
 constexpr std::uint8_t kNeverListed = 1;
 
 /// Full-width letters and digits made half-width; everything else as it is.
@@ -76,11 +74,6 @@ int KeyOf(SearchMode mode) {
   return mode == SearchMode::kKana ? kByReading : kByName;
 }
 
-std::string_view FieldOf(SearchMode mode, const tagPATIENTDB& patient) {
-  if (mode == SearchMode::kId) return GetText(patient.patientCode);
-  return mode == SearchMode::kKana ? GetText(patient.reading) : GetText(patient.name);
-}
-
 void AddHit(const tagPATIENTDB& patient, bool withMaidenName, std::vector<PatientHit>& hits) {
   if (patient.neverListed == kNeverListed) return;
   const std::string_view name = GetText(patient.name);
@@ -90,22 +83,17 @@ void AddHit(const tagPATIENTDB& patient, bool withMaidenName, std::vector<Patien
        patient.sexCode == 1});
 }
 
-/// Adds the patients from the first whose key is not less than `text`: up to the first that `matches` not or,
-/// with `toTheEnd`, all that do. The record store's result.
-template <typename Matches, typename Use>
-int Walk(CPatientDB& table, std::string_view text, bool toTheEnd, Matches matches, Use use) {
-  char key[kKeyWidth] = {};
-  text.copy(key, kKeyWidth);
-  table.SetKeyBuffer(key, kKeyWidth);
-  int result = table.GetGREQ();
-  for (; result == 0; result = table.GetNEXT()) {
-    if (matches(table.record)) {
-      use(table.record);
-    } else if (!toTheEnd) {
-      return 0;
-    }
-  }
-  return result == static_cast<int>(store::Result::kEndOfTable) ? 0 : result;
+/// Positions at the first patient whose key is not less than `text`, for a walk to the end.
+int GoToWalk(CPatientDB& table, std::string_view text) {
+  table.SetKeyBuffer(text.data(), static_cast<unsigned long>(text.size()));
+  table.SetWalkEnd("", 0);
+  return table.GetGREQ();
+}
+
+/// Positions at the first patient whose key begins with one of `beginnings`, for a walk through these.
+int GoToWalk(CPatientDB& table, const std::vector<std::string>& beginnings) {
+  table.SetWalk(beginnings);
+  return table.GetFIRST();
 }
 
 }  // namespace
@@ -124,16 +112,15 @@ std::vector<PatientHit> QueryPatients(CKovaDBSys* db, SearchMode mode, std::stri
   const CKovaReads reads(db);
   CPatientDB table(nullptr, 0);
   int result = table.SetAssociatedDB(db);
+  if (result == 0) result = table.SetFields("name reading maidenName sexCode neverListed");
   if (result == 0) result = table.SetKey(KeyOf(mode));
-  for (const std::string& beginning : Beginnings(mode, text)) {
-    if (result != 0) break;
-    const auto matches = [&](const tagPATIENTDB& patient) {
-      return FieldOf(mode, patient).starts_with(beginning) ||
-             (alsoMaidenName && GetText(patient.maidenName).starts_with(beginning));
-    };
-    result = Walk(table, beginning, alsoMaidenName, matches,
-                  [&](const tagPATIENTDB& patient) { AddHit(patient, withMaidenName, hits); });
+  if (result == 0) result = alsoMaidenName ? GoToWalk(table, text) : GoToWalk(table, Beginnings(mode, text));
+  for (; result == 0; result = table.GetNEXT()) {
+    const tagPATIENTDB& patient = table.record;
+    if (!alsoMaidenName || GetText(patient.name).starts_with(text) || GetText(patient.maidenName).starts_with(text))
+      AddHit(patient, withMaidenName, hits);
   }
+  if (result == static_cast<int>(store::Result::kEndOfTable)) result = 0;
   if (result != 0) hits.clear();
   return hits;
 }

@@ -24,6 +24,14 @@ struct ReadStatement {
   std::string parameters;
 };
 
+std::string BeginsWithSql(const Dialect& dialect, const KeyDef& key, std::span<const std::string> beginnings) {
+  const std::string column = KeyColumn(dialect, key);
+  std::string sql = "1 = 0";
+  for (const std::string& each : beginnings)
+    sql += " OR " + column + " BETWEEN " + dialect.Bytes(each) + " AND " + dialect.Bytes(LastKeyOf(key, each));
+  return sql;
+}
+
 ReadStatement MakeRead(const Dialect& dialect, const TableDef& table, const KeyDef& key, const OwnedReadFrom& from,
                        std::size_t limit) {
   using Place = ReadFrom::Place;
@@ -48,6 +56,8 @@ ReadStatement MakeRead(const Dialect& dialect, const TableDef& table, const KeyD
     condition += (condition.empty() ? "" : " AND ") + column + " <= ?";
     read.parameters += 'u';
   }
+  if (forward && from.beginnings)
+    condition += (condition.empty() ? "(" : " AND (") + BeginsWithSql(dialect, key, *from.beginnings) + ")";
   if (!condition.empty()) read.sql += " WHERE " + condition;
   read.sql += OrderSql(dialect, key, forward) + " LIMIT " + std::to_string(limit);
   return read;
@@ -171,9 +181,10 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
                      std::string_view before, RecordBlock& block) {
   block.Reset(table.recordSize);
   const KeyDef& key = table.keys[keyIndex];
-  if (!before.empty()) {
-    const std::string sql = WithValues(*dialect_, MakeRead(*dialect_, table, key, from, limit), from);
-    return ReadText(table, dialect_->Together(std::string(before) + "; " + sql), limit, block);
+  if (!before.empty() || from.beginnings) {
+    std::string sql = WithValues(*dialect_, MakeRead(*dialect_, table, key, from, limit), from);
+    if (!before.empty()) sql = dialect_->Together(std::string(before) + "; " + sql);
+    return ReadText(table, sql, limit, block);
   }
   std::string name = ReadName(table, keyIndex, from, limit);
   auto found = reads_.find(name);

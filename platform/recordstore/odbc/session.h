@@ -19,12 +19,15 @@ namespace kova::store::odbc {
 /// As ReadFrom, with what it points at.
 struct OwnedReadFrom {
   explicit OwnedReadFrom(const ReadFrom& from)
-      : place(from.place), key(from.key), id(from.id), upTo(from.upTo ? std::optional<std::string>(*from.upTo)
-                                                                       : std::nullopt) {}
+      : place(from.place), key(from.key), id(from.id) {
+    if (from.upTo) upTo.emplace(*from.upTo);
+    if (from.beginnings) beginnings.emplace(from.beginnings->begin(), from.beginnings->end());
+  }
   ReadFrom::Place place;
   std::string key;
   RecordId id;
   std::optional<std::string> upTo;
+  std::optional<std::vector<std::string>> beginnings;
 };
 
 class Session {

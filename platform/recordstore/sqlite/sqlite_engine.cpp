@@ -88,6 +88,7 @@ Result SqliteEngine::ReadRange(const TableDef& table, std::size_t keyIndex, Rang
 
 Result SqliteEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from,
                           std::size_t limit, RecordBlock& block) {
+  if (from.beginnings) return ReadBeginnings(table, keyIndex, from, limit, block);
   StartClock();
   block.Reset(table.recordSize);
   const auto read = [&](Range range) {
