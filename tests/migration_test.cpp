@@ -128,6 +128,7 @@ TEST_F(Moving, WhatWouldLoseSomethingIsRefused) {
       },
       problem);
   EXPECT_EQ(result, Code(Result::kChanged));
+  EXPECT_EQ(Move(from_.Path(), to_.Path()), Code(Result::kChanged)) << "taken up again";
   EXPECT_EQ(db.OpenDB(to_.Path().c_str()), Code(Result::kNoDatabase));
 }
 

@@ -1,6 +1,7 @@
 #include "platform/recordstore/migration.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <vector>
 
@@ -25,8 +26,7 @@ class Migration {
 
   Result Run(std::string_view from, std::string_view to) {
     Result result = Open(from, to);
-    std::int64_t before = 0, after = 0;
-    if (result == Result::kDone) result = Stamp(before);
+    if (result == Result::kDone) result = MustBeUnchanged();
     for (const TableDef& table : AllTables()) {
       if (result == Result::kDone) result = Copy(table);
     }
@@ -35,14 +35,17 @@ class Migration {
       if (result == Result::kDone) result = Compare(table);
     }
     if (result == Result::kDone) result = CompareNumbers();
-    if (result == Result::kDone) result = Stamp(after);
-    if (result == Result::kDone && before != after) return Fail(Result::kChanged, "the source was written to meanwhile");
+    // What somebody wrote meanwhile is no damage.
+    if (result == Result::kDone || result == Result::kDamaged) {
+      const Result unchanged = MustBeUnchanged();
+      if (unchanged != Result::kDone) result = unchanged;
+    }
     return result == Result::kDone ? Finish(to) : result;
   }
 
  private:
   Result Fail(Result result, const std::string& why) {
-    if (problem_.empty()) problem_ = why;
+    if (problem_.empty() || result == Result::kChanged) problem_ = why;
     return result;
   }
 
@@ -51,19 +54,32 @@ class Migration {
     Result result = Result::kFailed;
     from_ = OpenEngine(from, os::IsRemoteFolder(from), result, problem_);
     if (from_ == nullptr) return Fail(result, "the source cannot be opened");
-    // While the file is there, OpenEngine refuses the folder. It names the source's.
+    // While the file is there, OpenEngine refuses the folder. It has the source's folder, and its stamp at the beginning.
     const std::string unfinished = os::JoinPath(to, kUnfinishedFile);
-    std::string source;
-    const bool goesOn = files_.Read(unfinished, kLongestPath, source) == os::FileOutcome::kOk;
-    if (goesOn && source != Folder(from))
+    std::string begun;
+    const bool goesOn = files_.Read(unfinished, kLongestPath, begun) == os::FileOutcome::kOk;
+    const std::size_t line = begun.find('\n');
+    if (goesOn && begun.substr(0, line) != Folder(from))
       return Fail(Result::kDuplicate, "the target is an unfinished migration from another folder");
     to_ = OpenUnfinished(to, os::IsRemoteFolder(to), result, problem_);
     if (to_ == nullptr) return Fail(result, "the target cannot be opened");
-    if (goesOn) return Result::kDone;
+    if (goesOn) {
+      if (line != std::string::npos) (void)std::from_chars(begun.data() + line + 1, begun.data() + begun.size(), stamp_);
+      return Result::kDone;
+    }
     result = MustBeEmpty();
-    if (result == Result::kDone && files_.Create(unfinished, Folder(from)) != os::FileOutcome::kOk)
+    if (result == Result::kDone) result = Stamp(stamp_);
+    if (result == Result::kDone &&
+        files_.Create(unfinished, Folder(from) + "\n" + std::to_string(stamp_)) != os::FileOutcome::kOk)
       return Fail(Result::kReadOnly, "the target's folder cannot be written");
     return result;
+  }
+
+  Result MustBeUnchanged() {
+    std::int64_t now = 0;
+    const Result result = Stamp(now);
+    if (result != Result::kDone || now == stamp_) return result;
+    return Fail(Result::kChanged, "the source was written to since the beginning: start again with an empty target");
   }
 
   Result MustBeEmpty() {
@@ -191,6 +207,7 @@ class Migration {
   std::string& problem_;
   os::Files& files_ = os::RealFiles();
   std::unique_ptr<Engine> from_, to_;
+  std::int64_t stamp_ = 0;  // of the source's tables together, at the beginning
 };
 
 }  // namespace
