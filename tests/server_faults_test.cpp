@@ -6,23 +6,27 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "tests/sales_at_work.h"
 #include "tests/store_server.h"
+#include "visitflow/board_session.h"
+#include "visitflow/testing/board_text.h"
+#include "visitflow/testing/small_practice.h"
 
 namespace {
 
-using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
+using kova::testing::Bound;
+using kova::testing::Code;
 using kova::testing::Environment;
-
-constexpr int Code(Result result) { return static_cast<int>(result); }
-constexpr int kLongestOperation = 10000;  // ms
+using kova::testing::MakeSale;
+using kova::testing::Timed;
 
 std::string FirstHost() { return Environment("KOVA_SERVER_HOSTS").substr(0, Environment("KOVA_SERVER_HOSTS").find(',')); }
 
@@ -94,25 +98,12 @@ class ServerFaults : public testing::Test {
   }
   int Open(CKovaDBSys& db) { return db.OpenDB(folder_.Path().c_str()); }
 
-  static int MakeSale(CKovaDBSys& db) {
-    CSaleDB sales(nullptr, 0);
-    CSaleItemDB items(nullptr, 0);
-    if (sales.SetAssociatedDB(&db) != 0 || items.SetAssociatedDB(&db) != 0) return -1;
-    PutText(sales.record.patientCode, "1");
-    tagSALEITEM item{};
-    CString number;
-    return sales.InsertAdjustFee(number, &item, &items);
-  }
   /// By another connection, straight to the servers.
-  int CountSales() {
+  std::size_t CountSales() {
     Say(Environment("KOVA_SERVER_HOSTS"));
     CKovaDBSys db;
     EXPECT_EQ(Open(db), 0) << db.GetProblem();
-    CSaleDB sales(nullptr, 0);
-    EXPECT_EQ(sales.SetAssociatedDB(&db), 0);
-    int count = 0;
-    for (int r = sales.GetFIRST(); r == 0; r = sales.GetNEXT()) ++count;
-    return count;
+    return kova::testing::SaleNumbers(db).size();
   }
 
   /// With the server's own client; true when it worked.
@@ -129,15 +120,6 @@ class ServerFaults : public testing::Test {
     return std::system(("printenv KOVA_SQL | " + client + " >/dev/null 2>&1").c_str()) == 0;
   }
 
-  /// The result of an operation, which must come within the time that a desk is kept waiting.
-  template <typename Operation>
-  static int Timed(Operation operation) {
-    const std::int64_t begun = kova::os::MonotonicMilliseconds();
-    const int result = operation();
-    EXPECT_LT(kova::os::MonotonicMilliseconds() - begun, kLongestOperation);
-    return result;
-  }
-
   kova::os::testing::TemporaryFolder folder_{"server_faults"};
   std::string database_;
 };
@@ -151,16 +133,16 @@ TEST_F(ServerFaults, ALostAnswerToACommitIsLookedUp) {
   proxy.Tell("lose");  // the server keeps the sale; nobody hears of it
   EXPECT_EQ(Timed([&] { return MakeSale(db); }), 0);
   ASSERT_EQ(proxy.Tell("state"), "pass");
-  EXPECT_EQ(CountSales(), 2);
+  EXPECT_EQ(CountSales(), 2u);
   Say(proxy.Host() + OtherHosts());
   proxy.Tell("pass");
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   proxy.Tell("swallow");  // the server never hears of it
   EXPECT_EQ(Timed([&] { return MakeSale(db); }), Code(Result::kUnreachable));
   ASSERT_EQ(proxy.Tell("state"), "pass");
-  EXPECT_EQ(CountSales(), 2);
+  EXPECT_EQ(CountSales(), 2u);
   EXPECT_EQ(MakeSale(db), 0);
-  EXPECT_EQ(CountSales(), 3);
+  EXPECT_EQ(CountSales(), 3u);
 }
 
 TEST_F(ServerFaults, AServerThatFallsSilentIsGivenUpInTime) {
@@ -170,8 +152,7 @@ TEST_F(ServerFaults, AServerThatFallsSilentIsGivenUpInTime) {
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   ASSERT_EQ(MakeSale(db), 0);
   CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
-  ASSERT_EQ(sales.BeginTran(), 0);
+  ASSERT_EQ(Bound(sales, db).BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   PutText(sales.record.patientCode, "2");
   ASSERT_EQ(sales.Update(UPDATE_ALWAYS), 0);
@@ -195,8 +176,7 @@ TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   for (int i = 0; i < 3; ++i) ASSERT_EQ(MakeSale(db), 0);
   CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
-  ASSERT_EQ(sales.GetFIRST(), 0);
+  ASSERT_EQ(Bound(sales, db).GetFIRST(), 0);
   proxy.Tell("refuse");
   EXPECT_EQ(Timed([&] { return sales.GetNEXT(); }), 0);
   EXPECT_STREQ(sales.record.saleNumber, "000000000002");
@@ -205,15 +185,14 @@ TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
   proxy.Tell("pass");
   CKovaDBSys second;
   ASSERT_EQ(Open(second), 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&second), 0);
-  ASSERT_EQ(sales.BeginTran(), 0);
+  ASSERT_EQ(Bound(sales, second).BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   ASSERT_EQ(sales.CBaseDBCall::Delete(), 0);
   proxy.Tell("refuse");
   EXPECT_NE(Timed([&] { return sales.GetFIRST(); }), 0);
   EXPECT_NE(sales.CBaseDBCall::Insert(), 0);
   EXPECT_NE(Timed([&] { return sales.EndTran(); }), 0);
-  EXPECT_EQ(CountSales(), 4);
+  EXPECT_EQ(CountSales(), 4u);
   EXPECT_EQ(sales.GetFIRST(), 0);
 }
 
@@ -225,10 +204,8 @@ TEST_F(ServerFaults, OfTwoNodesTransactionsTheFirstOneWins) {
   Say(OtherHosts().substr(1));
   ASSERT_EQ(Open(second), 0);
   CSaleDB one(nullptr, 0), two(nullptr, 0);
-  ASSERT_EQ(one.SetAssociatedDB(&first), 0);
-  ASSERT_EQ(two.SetAssociatedDB(&second), 0);
-  ASSERT_EQ(one.BeginTran(), 0);
-  ASSERT_EQ(two.BeginTran(), 0);
+  ASSERT_EQ(Bound(one, first).BeginTran(), 0);
+  ASSERT_EQ(Bound(two, second).BeginTran(), 0);
   ASSERT_EQ(one.GetFIRST(), 0);
   ASSERT_EQ(two.GetFIRST(), 0);
   PutText(one.record.patientCode, "one");
@@ -244,7 +221,7 @@ TEST_F(ServerFaults, OfTwoNodesTransactionsTheFirstOneWins) {
     ASSERT_EQ(MakeSale(first), 0);
     ASSERT_EQ(MakeSale(second), 0);
   }
-  EXPECT_EQ(CountSales(), 41);
+  EXPECT_EQ(CountSales(), 41u);
 }
 
 TEST_F(ServerFaults, WhatCannotBeUsedIsToldAndNamed) {
@@ -289,12 +266,101 @@ TEST_F(ServerFaults, AnotherLayoutIsRefusedOrUpgraded) {
   EXPECT_EQ(KovaUpgradeDatabase(folder_.Path().c_str(), &problem), 0) << problem;
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   EXPECT_EQ(MakeSale(db), 0);
-  EXPECT_EQ(CountSales(), 2);
+  EXPECT_EQ(CountSales(), 2u);
   // A layout that was never finished is no practice, and can be finished.
   ASSERT_TRUE(Sql("DELETE FROM store_info"));
   EXPECT_EQ(Open(db), Code(Result::kNoDatabase));
   EXPECT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
-  EXPECT_EQ(CountSales(), 0);
+  EXPECT_EQ(CountSales(), 0u);
+}
+
+TEST_F(ServerFaults, AnotherServerIsToldAndNamed) {
+  Proxy proxy(FirstHost());
+  Say(proxy.Host());
+  CKovaDBSys db;
+  proxy.Tell("old");
+  EXPECT_EQ(Open(db), Code(Result::kWrongVersion));
+  EXPECT_NE(db.GetProblem().find("or newer"), std::string::npos) << db.GetProblem();
+  proxy.Tell("babble");
+  EXPECT_EQ(Timed([&] { return Open(db); }), Code(Result::kUnreachable)) << db.GetProblem();
+}
+
+TEST_F(ServerFaults, StampsGoOnWhenAClockIsSetBack) {
+  CKovaDBSys db;
+  long long before = 0, after = 0;
+  ASSERT_EQ(Open(db), 0);
+  ASSERT_EQ(MakeSale(db), 0);
+  ASSERT_TRUE(Sql("UPDATE change_stamp SET stamp = stamp + 3600"));
+  ASSERT_EQ(db.GetChangeStamp({kova::store::TableId::Sale}, before), 0);
+  ASSERT_EQ(MakeSale(db), 0);
+  ASSERT_EQ(db.GetChangeStamp({kova::store::TableId::Sale}, after), 0);
+  EXPECT_GT(after, before);
+}
+
+TEST_F(ServerFaults, AFullDiskIsToldAndNothingIsHalfWritten) {
+  if (Environment("KOVA_SERVER_KIND") != "PostgreSQL") GTEST_SKIP() << "a cluster's nodes write where they please";
+  const std::string small = "/tmp/" + database_, data = Environment("KOVA_SERVER_FOLDER") + "/node1/data";
+  const auto run = [](const std::string& command) { return std::system((command + " 2>/dev/null").c_str()) == 0; };
+  const auto admin = [&](const std::string& sql) {
+    return Sql(sql, Environment("KOVA_SERVER_ADMIN"), Environment("KOVA_SERVER_ADMIN_PASSWORD"));
+  };
+  if (!run("mkdir " + small + " && mount -t tmpfs -o size=1m,mode=700,uid=$(stat -c %u " + data + ") kova " + small))
+    GTEST_SKIP() << "no disk of its own can be mounted";
+  EXPECT_TRUE(admin("CREATE TABLESPACE " + database_ + " LOCATION '" + small + "'; ALTER TABLE sale SET TABLESPACE " + database_));
+  CKovaDBSys db;
+  EXPECT_EQ(Open(db), 0) << db.GetProblem();
+  EXPECT_EQ(MakeSale(db), 0);
+  (void)run("dd if=/dev/zero of=" + small + "/filled bs=4096");
+  std::size_t made = 1;
+  int result = 0;
+  for (; result == 0 && made < 1000; made += result == 0) result = MakeSale(db);
+  EXPECT_EQ(result, Code(Result::kFull)) << db.GetProblem();
+  EXPECT_EQ(MakeSale(db), Code(Result::kFull));
+  EXPECT_EQ(CountSales(), made);
+  EXPECT_TRUE(run("rm " + small + "/filled"));
+  EXPECT_EQ(MakeSale(db), 0);
+  EXPECT_EQ(CountSales(), made + 1);
+  db.CloseDB();
+  EXPECT_TRUE(admin("ALTER TABLE sale SET TABLESPACE pg_default; DROP TABLESPACE " + database_));
+  EXPECT_TRUE(run("umount " + small + " && rmdir " + small));
+}
+
+TEST_F(ServerFaults, ABoardKeepsWhatItShowedAndRecovers) {
+  namespace desk = kova::visitflow::testing;
+  using kova::visitflow::BoardButton;
+  using kova::visitflow::MoveOutcome;
+  struct Silent final : kova::foundation::Prompts {
+    bool AskYesNo(std::string_view) override { return false; }
+    void Inform(std::string_view) override { ADD_FAILURE() << "a box"; }
+  } prompts;
+  Proxy proxy(FirstHost());
+  Say(proxy.Host());
+  CKovaDBSys db, other;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  ASSERT_EQ(desk::FillPractice(db), 0);
+  const kova::os::IniApplicationProfile profile(kova::os::RealFiles(), folder_.Path() + "app.ini");
+  kova::foundation::SettingsStore settings(profile, kova::os::RealFiles());
+  kova::visitflow::BoardSession board({&db, settings, prompts, {}, [] { return std::optional(kova::os::LocalTime()); }}, desk::kDay);
+  const auto shown = [&] { return desk::BoardText(board.Shown(), board.Stages()); };
+  board.Open();
+  const std::string before = shown();
+  ASSERT_EQ(before, "before: 1 2 | A: | B: 3 | done:");
+  proxy.Tell("refuse");
+  EXPECT_FALSE(board.Tick());
+  EXPECT_NE(board.StatusLine().find("接続できません"), std::string::npos);
+  EXPECT_EQ(Timed([&] { return static_cast<int>(board.Move(BoardButton::kBeforeToNext, {"1"}, {}).at(0).outcome); }),
+            static_cast<int>(MoveOutcome::kFailed));
+  EXPECT_EQ(shown(), before);
+  Say(Environment("KOVA_SERVER_HOSTS"));
+  ASSERT_EQ(Open(other), 0);
+  EXPECT_EQ(kova::visitflow::MoveReservation(&other, settings.Open(), "2", "", BoardButton::kBeforeToNext, board.Stages(), {})
+                .outcome,
+            MoveOutcome::kDone);
+  proxy.Tell("pass");
+  kova::os::SleepMilliseconds(3000);
+  EXPECT_TRUE(board.Tick());
+  EXPECT_EQ(board.StatusLine().find("接続できません"), std::string::npos);
+  EXPECT_EQ(shown(), "before: 1 | A: 2 | B: 3 | done:");
 }
 
 TEST_F(ServerFaults, TheDesksAccountMayWorkAndNoMore) {
@@ -321,8 +387,7 @@ TEST_F(ServerFaults, TheDesksAccountMayWorkAndNoMore) {
   ASSERT_EQ(Open(reader), 0) << reader.GetProblem();
   EXPECT_EQ(MakeSale(reader), Code(Result::kReadOnly));
   CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&reader), 0);
-  EXPECT_EQ(sales.GetFIRST(), 0);
+  EXPECT_EQ(Bound(sales, reader).GetFIRST(), 0);
   setenv("KOVA_DB_ACCOUNT", owner.c_str(), 1);
   setenv("KOVA_DB_PASSWORD", password.c_str(), 1);
 }

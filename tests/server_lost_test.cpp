@@ -11,16 +11,17 @@
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "tests/sales_at_work.h"
 #include "tests/store_server.h"
 
 namespace {
 
-using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
+using kova::testing::Bound;
+using kova::testing::Code;
 using kova::testing::Environment;
-
-constexpr int kLongestOperation = 10000;  // ms
+using kova::testing::Timed;
 
 struct Loss {
   const char* name;
@@ -47,27 +48,11 @@ class ServerLost : public testing::TestWithParam<Loss> {
   }
   /// One more sale, within the time that a desk is kept waiting.
   int MakeSale() {
-    CSaleDB sales(nullptr, 0);
-    CSaleItemDB items(nullptr, 0);
-    tagSALEITEM item{};
     CString number;
-    const std::int64_t begun = kova::os::MonotonicMilliseconds();
-    int result = sales.SetAssociatedDB(&db_);
-    if (result == 0) result = items.SetAssociatedDB(&db_);
-    if (result == 0) result = sales.InsertAdjustFee(number, &item, &items);
-    const std::int64_t taken = kova::os::MonotonicMilliseconds() - begun;
-    longest_ = std::max(longest_, taken);
-    EXPECT_LT(taken, kLongestOperation);
+    const int result = Timed([&] { return kova::testing::MakeSale(db_, number); }, &longest_);
     if (result == 0) told_.emplace_back(number.GetString());
-    unknown_ += result == static_cast<int>(Result::kOutcomeUnknown) ? 1 : 0;
+    unknown_ += result == Code(Result::kOutcomeUnknown) ? 1 : 0;
     return result;
-  }
-  std::vector<std::string> Stored() {
-    CSaleDB sales(nullptr, 0);
-    std::vector<std::string> numbers;
-    EXPECT_EQ(sales.SetAssociatedDB(&db_), 0);
-    for (int r = sales.GetFIRST(); r == 0; r = sales.GetNEXT()) numbers.emplace_back(GetText(sales.record.saleNumber));
-    return numbers;
   }
 
   kova::os::testing::TemporaryFolder folder_{"server_lost"};
@@ -81,15 +66,12 @@ TEST_P(ServerLost, NoSaleIsDoubledAndNoneIsMissing) {
   for (int i = 0; i < 20; ++i) ASSERT_EQ(MakeSale(), 0);
   // In the middle of a transaction.
   CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&db_), 0);
-  ASSERT_EQ(sales.BeginTran(), 0);
+  ASSERT_EQ(Bound(sales, db_).BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   PutText(sales.record.patientCode, "half");
   ASSERT_EQ(sales.Update(UPDATE_ALWAYS), 0);
   ASSERT_TRUE(Network(GetParam().lose));
-  const std::int64_t begun = kova::os::MonotonicMilliseconds();
-  const int ended = sales.EndTran();
-  EXPECT_LT(kova::os::MonotonicMilliseconds() - begun, kLongestOperation);
+  const int ended = Timed([&] { return sales.EndTran(); });
   int failed = 0;
   const std::int64_t until = kova::os::MonotonicMilliseconds() + 15000;
   while (kova::os::MonotonicMilliseconds() < until) {
@@ -108,14 +90,13 @@ TEST_P(ServerLost, NoSaleIsDoubledAndNoneIsMissing) {
   EXPECT_EQ(last, 0);
 
   // Every number that was told is there, once; of what nobody knew, at most that many more.
-  std::vector<std::string> stored = Stored();
+  const std::vector<std::string> stored = kova::testing::SaleNumbers(db_);
   EXPECT_GE(stored.size(), told_.size());
   EXPECT_LE(stored.size(), told_.size() + static_cast<std::size_t>(unknown_));
   EXPECT_TRUE(std::adjacent_find(told_.begin(), told_.end()) == told_.end());
   EXPECT_TRUE(std::includes(stored.begin(), stored.end(), told_.begin(), told_.end()));
-  ASSERT_EQ(sales.SetAssociatedDB(&db_), 0);
-  ASSERT_EQ(sales.GetFIRST(), 0);
-  if (ended != static_cast<int>(Result::kOutcomeUnknown)) {
+  ASSERT_EQ(Bound(sales, db_).GetFIRST(), 0);
+  if (ended != Code(Result::kOutcomeUnknown)) {
     EXPECT_STREQ(sales.record.patientCode, ended == 0 ? "half" : "");
   }
   std::printf("%s: %zu sales told, %d failed, %d unknown, the longest took %lld ms\n", GetParam().name, told_.size(),

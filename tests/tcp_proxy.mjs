@@ -4,6 +4,8 @@
 //   pass      hand everything on (as at the beginning)
 //   hold      take everything, answer nothing, and tell nobody; connections stay open
 //   refuse    end every connection, and each new one at once
+//   old       hand everything on, and the greeting of an older server
+//   babble    answer each new connection with something else
 //   lose      hand a COMMIT on, and end the connection instead of handing the answer back; once
 //   swallow   end both sides when a COMMIT comes, which the server never sees; once
 //   state     say which of these holds: pass again after lose and swallow
@@ -18,8 +20,15 @@ function end(...sockets) {
   for (const socket of sockets) socket.destroy();
 }
 
+// The two places where the servers say their version.
+function asOld(bytes) {
+  const text = bytes.toString('latin1');
+  return Buffer.from(text.replace(/-10\.\d\d\./, '-10.01.').replace(/(server_version\0)\d\d/, '$109'), 'latin1');
+}
+
 const proxy = net.createServer(client => {
   if (mode === 'refuse') return end(client);
+  if (mode === 'babble') return client.end('HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n');
   const server = net.connect(Number(serverPort), serverHost);
   open.add(client);
   let answerIsLost = false;
@@ -39,7 +48,7 @@ const proxy = net.createServer(client => {
   server.on('data', bytes => {
     if (mode === 'hold') return;
     if (answerIsLost) return end(client, server);
-    client.write(bytes);
+    client.write(mode === 'old' ? asOld(bytes) : bytes);
   });
   for (const [one, other] of [[client, server], [server, client]]) {
     one.on('error', () => {});

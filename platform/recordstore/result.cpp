@@ -31,7 +31,7 @@ const char* Describe(Result result) {
     case Result::kNoDatabase:
       return "the folder holds no database";
     case Result::kWrongVersion:
-      return "the database was made by a newer program";
+      return "the database was made by a newer program, or its server is too old";
     case Result::kInTransaction:
       return "a transaction is open already";
     case Result::kNoTransaction:

@@ -22,7 +22,7 @@ enum class [[nodiscard]] Result : int {
   kDamaged = 10,        ///< the database is damaged or no database
   kReadOnly = 11,       ///< the database cannot be written
   kNoDatabase = 12,     ///< the folder does not exist or holds no database
-  kWrongVersion = 13,   ///< a newer program made the database
+  kWrongVersion = 13,   ///< a newer program made the database, or its server is too old
   kInTransaction = 14,  ///< a transaction is open already
   kNoTransaction = 15,  ///< no transaction is open, or it was lost to a failure
   kLocalOnly = 16,      ///< on a network drive, while a program on its own machine holds it in local mode

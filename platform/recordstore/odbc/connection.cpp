@@ -83,6 +83,14 @@ bool Connection::Open(std::string_view connectionString, int seconds) {
   return isOpen_;
 }
 
+std::string Connection::Info(int what) {
+  char16_t text[100] = {};
+  SQLSMALLINT length = 0;
+  const bool worked = Check(SQLGetInfoW(handle_, static_cast<SQLUSMALLINT>(what), text, sizeof text, &length),
+                            SQL_HANDLE_DBC, handle_);
+  return worked ? Utf8Of(std::u16string_view(text)) : std::string();
+}
+
 Statement::Statement(Connection& connection) : connection_(connection) {
   if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection.handle_, &handle_))) handle_ = nullptr;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/recordstore/odbc/odbc_api.h"
@@ -28,12 +29,19 @@ class Connection {
   /// `seconds`: how long the driver may try; not every driver keeps to it.
   [[nodiscard]] bool Open(std::string_view connectionString, int seconds);
 
+  /// Which server this is: its product's name, and its version as "15.0.4".
+  std::string Product() { return Info(SQL_DBMS_NAME); }
+  std::string Version() { return Info(SQL_DBMS_VER); }
+  /// What Failure says from now on, of a connection that works and cannot be used all the same.
+  void Refuse(std::string why) { failure_ = {{}, 0, std::move(why)}; }
+
   const Diagnostic& Failure() const { return failure_; }
   std::uint64_t RoundTrips() const { return roundTrips_; }
 
  private:
   friend class Statement;
   bool Check(SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle);
+  std::string Info(int what);
 
   SQLHENV environment_ = nullptr;
   SQLHDBC handle_ = nullptr;

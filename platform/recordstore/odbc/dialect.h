@@ -15,6 +15,12 @@ class Dialect : public SqlForm {
  public:
   std::string NewId() const override { return "?"; }
 
+  /// The server's product as its driver tells it, and the first version that has all that is asked of it.
+  struct Oldest {
+    std::string_view product;
+    int major, minor;
+  };
+  virtual Oldest OldestServer() const = 0;
   virtual std::string DriverName() const = 0;
   /// The driver's keywords for one server. `database` empty: the one that every server has.
   virtual std::string ConnectionString(const ServerSettings& settings, const ServerAddress& address,

@@ -20,6 +20,7 @@ class MariaDb final : public Dialect {
     return " ENGINE=InnoDB ROW_FORMAT=DYNAMIC DEFAULT CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin";
   }
 
+  Oldest OldestServer() const override { return {"MariaDB", 10, 4}; }  // the fourth Galera
   std::string DriverName() const override {
 #ifdef _WIN32
     return "MariaDB ODBC 3.1 Driver";

@@ -25,6 +25,7 @@ class PostgreSql final : public Dialect {
   // A failed statement would end the transaction that it is in.
   std::string OrNothing() const override { return " ON CONFLICT DO NOTHING"; }
 
+  Oldest OldestServer() const override { return {"PostgreSQL", 10, 0}; }  // the first with SCRAM
   std::string DriverName() const override {
 #ifdef _WIN32
     return "PostgreSQL Unicode(x64)";

@@ -146,11 +146,25 @@ Result Session::Open(const ServerSettings& settings, const ServerAddress& addres
     const Result result = Failed();
     return result == Result::kFailed ? Result::kUnreachable : result;
   }
+  if (!IsUsable()) return Result::kWrongVersion;
   Rows rows;
   const Result result = Run(dialect_->SessionSql(), rows);
   if (result == Result::kDone && !rows.empty() && !rows.back().empty()) id_ = rows.back().front();
   // A node that waits in vain for the others is of no use now.
   return result == Result::kBusy ? Result::kUnreachable : result;
+}
+
+bool Session::IsUsable() {
+  const Dialect::Oldest oldest = dialect_->OldestServer();
+  const std::string product = connection_.Product(), version = connection_.Version();
+  int major = 0, minor = 0;
+  const char* const end = version.data() + version.size();
+  const char* behind = std::from_chars(version.data(), end, major).ptr;
+  if (behind != end) std::from_chars(behind + 1, end, minor);
+  if (product == oldest.product && std::pair(major, minor) >= std::pair(oldest.major, oldest.minor)) return true;
+  connection_.Refuse("the server is " + product + " " + version + "; what is needed is " + std::string(oldest.product) +
+                     " " + std::to_string(oldest.major) + "." + std::to_string(oldest.minor) + " or newer");
+  return false;
 }
 
 Result Session::Run(std::string_view sql, Rows& rows) {

@@ -35,7 +35,7 @@ class Session {
   explicit Session(std::shared_ptr<const Dialect> dialect);
   ~Session();
 
-  /// Connects and sets the session up.
+  /// Connects and sets the session up; kWrongVersion when the server is another one, or too old.
   Result Open(const ServerSettings& settings, const ServerAddress& address, std::string_view database);
   /// The session's number on its server.
   const std::string& Id() const { return id_; }
@@ -71,6 +71,7 @@ class Session {
   struct PreparedRead;
   struct PreparedWrite;
   struct PreparedNumbers;
+  bool IsUsable();
   Result Failed() const { return dialect_->Translate(connection_.Failure()); }
   Result ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block);
   PreparedWrite* WriteStatement(const TableDef& table, char what);
