@@ -77,8 +77,12 @@ bool BoardSession::Read() {
   const bool wasLost = stamp_.empty() && !lastGood_.empty();
   if (wasLost && desk_.reconnect) desk_.reconnect();
   std::string stamp;
+  return ReadOf(ReadBoardStamp(desk_.db, stamp) ? stamp : "");
+}
+
+bool BoardSession::ReadOf(const std::string& stamp) {
   DayRead day;
-  const bool isConnected = ReadBoardStamp(desk_.db, stamp) && (day = ReadDay(desk_.db, date_)).result == 0;
+  const bool isConnected = !stamp.empty() && (day = ReadDay(desk_.db, date_)).result == 0;
   stamp_ = isConnected ? stamp : "";
   ShowStatus(isConnected);
   if (!isConnected) return false;
@@ -95,9 +99,10 @@ bool BoardSession::PlaceAgain() {
 }
 
 bool BoardSession::Tick() {
+  if (stamp_.empty()) return Read();
   std::string stamp;
-  if (stamp_.empty() || (ReadBoardStamp(desk_.db, stamp) && stamp != stamp_)) return Read();
-  const bool isConnected = !stamp.empty();
+  const bool isConnected = ReadBoardStamp(desk_.db, stamp);
+  if (isConnected && stamp != stamp_) return ReadOf(stamp);
   if (!isConnected) stamp_.clear();
   ShowStatus(isConnected);
   return MinuteOn(Now()) != placedAt_ && PlaceAgain();

@@ -71,6 +71,7 @@ class BoardSession {
 
  private:
   bool Read();
+  bool ReadOf(const std::string& stamp);  // the day, whose stamp was just looked at; empty when that failed
   bool PlaceAgain();
   void ShowStatus(bool isConnected);
   std::optional<std::tm> Now() const;
