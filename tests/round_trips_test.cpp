@@ -65,11 +65,41 @@ class RoundTrips : public testing::Test {
 
 TEST_F(RoundTrips, OfTheBoard) {
   kova::visitflow::DayRead day;
-  EXPECT_EQ(Asked([&] { day = kova::visitflow::ReadDay(&db_, "20260101"); }), 3u);
+  EXPECT_EQ(Asked([&] { day = kova::visitflow::ReadDay(&db_, "20260101"); }), 2u);
   ASSERT_EQ(day.rows.size(), static_cast<std::size_t>(kRows));
   EXPECT_EQ(day.rows[7].patientName, "患者1007");
   std::string stamp;
   EXPECT_EQ(Asked([&] { EXPECT_TRUE(kova::visitflow::ReadBoardStamp(&db_, stamp)); }), 1u);
+}
+
+TEST_F(RoundTrips, AViewEndsWithItsLastRead) {
+  CKovaDBSys other;
+  ASSERT_EQ(other.OpenDB(folder_.Path().c_str()), 0);
+  CPatientDB patients(nullptr, 0), others(nullptr, 0);
+  ASSERT_EQ(patients.SetAssociatedDB(&db_), 0);
+  ASSERT_EQ(others.SetAssociatedDB(&other), 0);
+  const auto insert = [&](const char* code) {
+    PutText(others.record.patientCode, code);
+    return others.Insert();
+  };
+  const auto operation = [&] {
+    CKovaReads reads(&db_);
+    EXPECT_EQ(patients.GetFIRST(), 0);
+    EXPECT_EQ(insert("8001"), 0);
+    reads.EndWithNext();
+    EXPECT_EQ(patients.GetLAST(), 0);
+    EXPECT_STREQ(patients.record.patientCode, "1199") << "as it was at the first read";
+  };
+  EXPECT_EQ(Asked(operation), 2u);
+  EXPECT_EQ(Asked([&] {
+    CKovaReads reads(&db_);
+    reads.EndWithNext();
+    EXPECT_EQ(patients.GetLAST(), 0);
+    EXPECT_STREQ(patients.record.patientCode, "8001");
+    EXPECT_EQ(insert("8002"), 0);
+    EXPECT_EQ(patients.GetLAST(), 0) << "once more all the same";
+    EXPECT_STREQ(patients.record.patientCode, "8002");
+  }), 3u);
 }
 
 TEST_F(RoundTrips, OfThePatientQuery) {

@@ -67,9 +67,16 @@ CKovaReads::CKovaReads(CKovaDBSys* db) : db_(db), generation_(db == nullptr ? 0 
   if (db_ != nullptr && db_->GetEngine() != nullptr) db_->GetEngine()->BeginReads();
 }
 
+Engine* CKovaReads::GetEngine() const {
+  return db_ != nullptr && db_->GetGeneration() == generation_ ? db_->GetEngine() : nullptr;
+}
+
 CKovaReads::~CKovaReads() {
-  const bool same = db_ != nullptr && db_->GetGeneration() == generation_;
-  if (same && db_->GetEngine() != nullptr) db_->GetEngine()->EndReads();
+  if (Engine* const engine = GetEngine()) engine->EndReads();
+}
+
+void CKovaReads::EndWithNext() {
+  if (Engine* const engine = GetEngine()) engine->EndReadsWithNext();
 }
 
 int KovaCreateDatabase(const char* folder, std::string* problem) try {

@@ -79,7 +79,13 @@ class KOVADBCALL_API CKovaReads {
   CKovaReads(const CKovaReads&) = delete;
   CKovaReads& operator=(const CKovaReads&) = delete;
 
+  /// The next read from the database is the operation's last one. What is read after it all the same is right too, of
+  /// another point in time.
+  void EndWithNext();
+
  private:
+  kova::store::Engine* GetEngine() const;
+
   CKovaDBSys* db_;
   unsigned generation_;
 };

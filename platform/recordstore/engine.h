@@ -116,6 +116,8 @@ class KOVADBCALL_API Engine {
   /// Nests. A write in between is done and ends that view.
   virtual void BeginReads() = 0;
   virtual void EndReads() = 0;
+  /// Says that nothing is read between these but with the next read: where a question costs much, it can be the last one.
+  virtual void EndReadsWithNext() {}
   /// The view that is open, 0 for none: what was read in one holds while this number does.
   virtual std::uint64_t ReadView() const = 0;
 

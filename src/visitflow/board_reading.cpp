@@ -49,7 +49,7 @@ int AddRow(CPatientDB& patients, const tagRESERVATION& reservation, std::vector<
 }
 
 int ReadRows(CKovaDBSys* db, std::string_view date, std::vector<DayRow>& rows) {
-  const CKovaReads reads(db);
+  CKovaReads reads(db);
   CReservationDB reservations(nullptr, 0);
   CPatientDB patients(nullptr, 0);
   int result = reservations.SetAssociatedDB(db);
@@ -65,6 +65,7 @@ int ReadRows(CKovaDBSys* db, std::string_view date, std::vector<DayRow>& rows) {
     codes.emplace_back(GetText(reservations.record.patientCode));
   }
   result = OnlyFailures(result);
+  reads.EndWithNext();
   if (result == 0) result = patients.ReadAhead(codes);
   for (const tagRESERVATION& each : shown) {
     if (result == 0) result = AddRow(patients, each, rows);

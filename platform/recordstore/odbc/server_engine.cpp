@@ -177,12 +177,20 @@ std::shared_ptr<RecordBlock> ServerEngine::Lend(const TableDef& table, RecordBlo
   return lent;
 }
 
-std::string ServerEngine::BeforeRead() const {
-  return !HoldsTransaction() && view_ == View::kWanted ? dialect_->BeginReadsSql() : std::string();
+// What begins the view with its first read, and ends it with its last one.
+odbc::Around ServerEngine::AroundRead() {
+  const bool isLast = std::exchange(isLastRead_, false);
+  if (HoldsTransaction() || view_ == View::kNone) return {};
+  if (view_ == View::kOver) {  // it was not the last one: this is another view
+    view_ = View::kWanted;
+    ++viewNumber_;
+  }
+  return {view_ == View::kWanted ? dialect_->BeginReadsSql() : std::string(), isLast ? "COMMIT" : ""};
 }
 
-void ServerEngine::NoteRead(Result result) {
-  if (result == Result::kDone && !HoldsTransaction() && view_ == View::kWanted) view_ = View::kOpen;
+void ServerEngine::NoteRead(Result result, const odbc::Around& around) {
+  if (result == Result::kDone && !around.before.empty()) view_ = View::kOpen;
+  if (result == Result::kDone && !around.behind.empty()) view_ = View::kOver;
   if (result == Result::kDone || !HoldsTransaction() || isLost_) return;
   isLost_ = true;
   lostTo_ = result;
@@ -193,13 +201,13 @@ Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
   StartClock();
   auto read = Lend(table, block);
   if (isLost_) return lostTo_;
+  const odbc::Around around = AroundRead();
   const auto work = [read, kept = Keep(table), keyIndex, owned = odbc::OwnedReadFrom(from), limit,
-                     before = BeforeRead()](odbc::Session& session) {
-    return session.Read(*kept, keyIndex, owned, limit, before, *read);
+                     around](odbc::Session& session) {
+    return session.Read(*kept, keyIndex, owned, limit, around, *read);
   };
-  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
-  const Result result = begins ? AskAnew(work) : Ask(work);
-  NoteRead(result);
+  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
+  NoteRead(result, around);
   if (result == Result::kDone) block = std::move(*read);
   return result;
 }
@@ -208,13 +216,13 @@ Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string
   StartClock();
   auto read = Lend(table, block);
   if (isLost_) return lostTo_;
+  const odbc::Around around = AroundRead();
   const auto work = [read, kept = Keep(table), keys = std::vector<std::string>(primaryKeys.begin(), primaryKeys.end()),
-                     before = BeforeRead()](odbc::Session& session) {
-    return session.ReadMany(*kept, keys, before, *read);
+                     around](odbc::Session& session) {
+    return session.ReadMany(*kept, keys, around, *read);
   };
-  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
-  const Result result = begins ? AskAnew(work) : Ask(work);
-  NoteRead(result);
+  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
+  NoteRead(result, around);
   if (result == Result::kDone) block = std::move(*read);
   return result;
 }
@@ -460,6 +468,7 @@ void ServerEngine::BeginReads() {
 
 void ServerEngine::EndReads() {
   if (--readDepth_ > 0) return;
+  isLastRead_ = false;
   const bool wasOpen = std::exchange(view_, View::kNone) == View::kOpen;
   if (!wasOpen || HoldsTransaction() || session_ == nullptr) return;
   StartClock();
@@ -473,8 +482,7 @@ Result ServerEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t&
   const auto work = [stored, ids = std::vector<TableId>(tables.begin(), tables.end())](odbc::Session& session) {
     return session.SumStamps(ids, *stored);
   };
-  const bool begins = !HoldsTransaction() && view_ != View::kOpen;
-  const Result result = begins ? AskAnew(work) : Ask(work);
+  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
   if (result != Result::kDone) {
     NoteRead(result);
     return result;

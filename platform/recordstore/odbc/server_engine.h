@@ -37,6 +37,7 @@ class ServerEngine final : public Engine {
   Result EndUnit(bool worked) override;
   void BeginReads() override;
   void EndReads() override;
+  void EndReadsWithNext() override { isLastRead_ = readDepth_ == 1; }
   std::uint64_t ReadView() const override { return mode_ == Mode::kIdle && view_ != View::kNone ? viewNumber_ : 0; }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override;
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
@@ -48,7 +49,7 @@ class ServerEngine final : public Engine {
 
  private:
   enum class Mode { kIdle, kHost, kUnit, kUnitInHost };
-  enum class View { kNone, kWanted, kOpen };
+  enum class View { kNone, kWanted, kOpen, kOver };  // over: its last read ended it, before EndReads
   using Counters = std::map<std::string, std::int64_t, std::less<>>;
 
   explicit ServerEngine(const ServerSettings& settings);
@@ -66,8 +67,8 @@ class ServerEngine final : public Engine {
   void DropSession();
   std::shared_ptr<const TableDef> Keep(const TableDef& table);
   static std::shared_ptr<RecordBlock> Lend(const TableDef& table, RecordBlock& block);
-  std::string BeforeRead() const;
-  void NoteRead(Result result);
+  odbc::Around AroundRead();
+  void NoteRead(Result result, const odbc::Around& around = {});
 
   template <typename Write>
   Result WriteWhole(const TableDef& table, Write write);
@@ -77,6 +78,7 @@ class ServerEngine final : public Engine {
   std::string CommitSql(std::int64_t commit) const;
   Result LookUpCommit(std::int64_t commit);
   bool HoldsTransaction() const { return mode_ != Mode::kIdle; }
+  bool BeginsWithRead() const { return !HoldsTransaction() && view_ != View::kOpen; }
 
   const ServerSettings settings_;
   const std::shared_ptr<const Dialect> dialect_;
@@ -90,6 +92,7 @@ class ServerEngine final : public Engine {
   Mode mode_ = Mode::kIdle;
   View view_ = View::kNone;
   int readDepth_ = 0;
+  bool isLastRead_ = false;  // the next read is the view's last one
   std::uint64_t viewNumber_ = 0;
   bool isLost_ = false;  // the open transaction: nothing of it is kept
   Result lostTo_ = Result::kNoTransaction;

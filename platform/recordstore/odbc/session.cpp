@@ -177,7 +177,11 @@ Result Session::Run(std::string_view sql) {
   return Run(sql, rows);
 }
 
-Result Session::ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block) {
+Result Session::ReadText(const TableDef& table, std::string sql, const Around& around, std::size_t rows,
+                         RecordBlock& block) {
+  if (!around.before.empty()) sql = around.before + "; " + sql;
+  if (!around.behind.empty()) sql += "; " + around.behind;
+  if (!around.IsEmpty()) sql = dialect_->Together(sql);
   Statement statement(connection_);
   RecordRows buffer(table, dialect_->Texts(), std::min(rows, kRowsAtOnce));
   bool has = true;
@@ -192,14 +196,11 @@ Result Session::ReadText(const TableDef& table, const std::string& sql, std::siz
 }
 
 Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedReadFrom& from, std::size_t limit,
-                     std::string_view before, RecordBlock& block) {
+                     const Around& around, RecordBlock& block) {
   block.Reset(table.recordSize);
   const KeyDef& key = table.keys[keyIndex];
-  if (!before.empty() || from.beginnings) {
-    std::string sql = WithValues(*dialect_, MakeRead(*dialect_, table, key, from, limit), from);
-    if (!before.empty()) sql = dialect_->Together(std::string(before) + "; " + sql);
-    return ReadText(table, sql, limit, block);
-  }
+  if (!around.IsEmpty() || from.beginnings)
+    return ReadText(table, WithValues(*dialect_, MakeRead(*dialect_, table, key, from, limit), from), around, limit, block);
   std::string name = ReadName(table, keyIndex, from, limit);
   auto found = reads_.find(name);
   if (found == reads_.end()) {
@@ -217,19 +218,19 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
   return worked ? Result::kDone : Failed();
 }
 
-Result Session::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, std::string_view before,
+Result Session::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, Around around,
                          RecordBlock& block) {
   block.Reset(table.recordSize);
   while (!primaryKeys.empty()) {
     const auto some = primaryKeys.first(std::min(primaryKeys.size(), kKeysAtOnce));
+    primaryKeys = primaryKeys.subspan(some.size());
     std::string sql = SelectSql(*dialect_, table) + " WHERE " + KeyColumn(*dialect_, table.keys.front()) +
                       " IN (";
     for (const std::string& key : some) sql += dialect_->Bytes(key) + ",";
     sql.back() = ')';
-    if (!before.empty()) sql = dialect_->Together(std::string(std::exchange(before, {})) + "; " + sql);
-    const Result result = ReadText(table, sql, some.size(), block);
+    const Around here{std::exchange(around.before, {}), primaryKeys.empty() ? around.behind : std::string()};
+    const Result result = ReadText(table, std::move(sql), here, some.size(), block);
     if (result != Result::kDone) return result;
-    primaryKeys = primaryKeys.subspan(some.size());
   }
   return Result::kDone;
 }
@@ -255,7 +256,7 @@ Result Session::ReadInOrder(const TableDef& table, RecordId behind, std::size_t 
   return ReadText(table,
                   SelectSql(*dialect_, table) + " WHERE id > " + std::to_string(behind) + " ORDER BY id LIMIT " +
                       std::to_string(limit),
-                  limit, block);
+                  {}, limit, block);
 }
 
 Result Session::InsertMany(const TableDef& table, RecordId id, const RecordBlock& block, std::size_t first) {

@@ -30,6 +30,12 @@ struct OwnedReadFrom {
   std::optional<std::vector<std::string>> beginnings;
 };
 
+/// Statements that go before and behind a read in the same round trip; empty for none.
+struct Around {
+  std::string before, behind;
+  bool IsEmpty() const { return before.empty() && behind.empty(); }
+};
+
 class Session {
  public:
   explicit Session(std::shared_ptr<const Dialect> dialect);
@@ -40,11 +46,9 @@ class Session {
   /// The session's number on its server.
   const std::string& Id() const { return id_; }
 
-  /// With `before`, these statements go first, in the same round trip.
   Result Read(const TableDef& table, std::size_t keyIndex, const OwnedReadFrom& from, std::size_t limit,
-              std::string_view before, RecordBlock& block);
-  Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, std::string_view before,
-                  RecordBlock& block);
+              const Around& around, RecordBlock& block);
+  Result ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, Around around, RecordBlock& block);
   Result ReadById(const TableDef& table, RecordId id, RecordBlock& block);
   Result ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block);
   /// With the ids from `id` on, many a statement.
@@ -73,7 +77,7 @@ class Session {
   struct PreparedNumbers;
   bool IsUsable();
   Result Failed() const { return dialect_->Translate(connection_.Failure()); }
-  Result ReadText(const TableDef& table, const std::string& sql, std::size_t rows, RecordBlock& block);
+  Result ReadText(const TableDef& table, std::string sql, const Around& around, std::size_t rows, RecordBlock& block);
   PreparedWrite* WriteStatement(const TableDef& table, char what);
   Result Write(PreparedWrite& write, RecordId id, Result none);
 

@@ -61,11 +61,13 @@ class DistantEngine final : public Engine {
   void BeginReads() override { store_->BeginReads(); }
   void EndReads() override {
     store_->EndReads();
+    endsWithNext_ = false;
     const bool ended = asked_ && store_->ReadView() != view_;
     if (!ended) return;
     asked_ = false;
     ++roundTrips_;
   }
+  void EndReadsWithNext() override { endsWithNext_ = true; }
   std::uint64_t ReadView() const override { return store_->ReadView(); }
   Result ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) override {
     return Ask([&] { return store_->ChangeStamps(tables, sum); });
@@ -86,13 +88,14 @@ class DistantEngine final : public Engine {
   template <typename Question>
   Result AskInView(Question question) {
     view_ = store_->ReadView();
-    asked_ = view_ != 0;
+    asked_ = view_ != 0 && !std::exchange(endsWithNext_, false);
     return Ask(question);
   }
 
   std::unique_ptr<Engine> store_;
   std::uint64_t roundTrips_ = 0, view_ = 0;
-  bool asked_ = false;  // in the view
+  bool asked_ = false;  // in the view, which is open for it
+  bool endsWithNext_ = false;
 };
 
 /// Makes the open store of `db` a distant one.
