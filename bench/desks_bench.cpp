@@ -5,7 +5,7 @@
 // desks_bench FOLDER [DESKS PRACTICES SECONDS PACE]: an empty folder. The desks are spread evenly over the practices, each of which
 // has a database of its own. At PACE 1 a board ticks every 3 s and a desk moves a patient every 20 s and looks for one every
 // 30 s: more than a busy day has. At a higher pace one desk does the work of so many, on one connection. The servers are those that
-// tests/store_server.h names, or the files of the embedded store; the databases stay.
+// tests/recordstore/store_server.h names, or the files of the embedded store; the databases stay.
 
 #include <algorithm>
 #include <array>
@@ -26,12 +26,14 @@
 #include "platform/os/files.h"
 #include "platform/os/paths.h"
 #include "platform/recordstore/engine.h"
-#include "tests/store_server.h"
+#include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/store_server.h"
 #include "visitflow/board_session.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 using visitflow::BoardButton;
@@ -98,20 +100,14 @@ std::string Reading(int patient) {
   return kSyllables[patient % 20] + kSyllables[patient / 20 % 20] + "ﾀﾞ ﾊﾅｺ";
 }
 
-template <typename Table>
-Table& Bound(Table& table, CKovaDBSys& db) {
-  Check(table.SetAssociatedDB(&db) == 0, "bind");
-  return table;
-}
-
 void PutStages(CKovaDBSys& db) {
   for (const visitflow::Stage& stage : kStages) {
-    CCategoryDB table(nullptr, 0);
+    On<CCategoryDB> table(db);
     PutText(table.record.classCode, "5");
     PutText(table.record.code, std::to_string(stage.code));
     PutText(table.record.sortOrder, std::to_string(stage.code));
     PutText(table.record.name, stage.name);
-    Check(Bound(table, db).Insert() == 0, "stage");
+    Check(table.Insert() == 0, "stage");
   }
 }
 
@@ -136,8 +132,8 @@ void PutPatients(CKovaDBSys& db) {
 }
 
 void PutDay(CKovaDBSys& db, int rows) {
-  CReservationDB table(nullptr, 0);
-  Check(Bound(table, db).BeginTran() == 0, "begin");
+  On<CReservationDB> table(db);
+  Check(table.BeginTran() == 0, "begin");
   for (int i = 0; i < rows; ++i) {
     PutText(table.record.reservationNumber, Number("%012d", i));
     PutText(table.record.reservationDate, kDay);
@@ -312,12 +308,12 @@ Differences Compare(const Plan& plan, const Desk* desks, int practice) {
     }
   }
   std::map<std::string, int> sales;
-  CSaleDB sale(nullptr, 0);
-  for (int r = Bound(sale, db).GetFIRST(); r == 0; r = sale.GetNEXT()) ++sales[std::string(GetText(sale.record.saleNumber))];
+  On<CSaleDB> sale(db);
+  for (int r = sale.GetFIRST(); r == 0; r = sale.GetNEXT()) ++sales[std::string(GetText(sale.record.saleNumber))];
   Differences found;
   int rows = 0;
-  CReservationDB table(nullptr, 0);
-  for (int r = Bound(table, db).GetFIRST(); r == 0; r = table.GetNEXT(), ++rows) {
+  On<CReservationDB> table(db);
+  for (int r = table.GetFIRST(); r == 0; r = table.GetNEXT(), ++rows) {
     const visitflow::Place place = visitflow::PlaceOf(GetText(table.record.stageCode), kStages);
     const int at = place.list == visitflow::BoardList::kBefore ? 0 : place.list == visitflow::BoardList::kFinished ? kPlaces - 1 : place.stage + 1;
     std::array<int, kPlaces>& balance = left[static_cast<std::size_t>(std::stoi(std::string(GetText(table.record.reservationNumber))))];

@@ -18,11 +18,13 @@
 #include "platform/os/application_profile.h"
 #include "platform/os/clock.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::bench {
 namespace {
 
 using os::FileOutcome;
+using store::testing::On;
 using store::PutText;
 
 constexpr int kPatients = 1000;
@@ -37,9 +39,8 @@ std::string CodeOf(int patient) {
 }
 
 void PutPatients(CKovaDBSys& db) {
-  CPatientDB patient(nullptr, 0);
-  CPatientDB2 contact(nullptr, 0);
-  Check(patient.SetAssociatedDB(&db) == 0 && contact.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patient(db);
+  On<CPatientDB2> contact(db);
   Check(patient.BeginTran() == 0, "begin");
   for (int i = 0; i < kPatients; ++i) {
     PutText(patient.record.patientCode, CodeOf(i));
@@ -73,9 +74,8 @@ void FillForPatients(const std::string& folder, mail::TemplateStore& templates) 
   PutPatients(db);
   Check(templates.Write(6, {"visit", "$_PNAME", kWords + std::string(400, 'x')}) == FileOutcome::kOk,
         "template");
-  CPatientDB patient(nullptr, 0);
-  CPatientDB2 contact(nullptr, 0);
-  Check(patient.SetAssociatedDB(&db) == 0 && contact.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patient(db);
+  On<CPatientDB2> contact(db);
   const auto readAll = [&](int) {
     for (int i = 0; i < kPatients; ++i) {
       const tagRESERVATION reservation = ReservationOf(i);

@@ -11,11 +11,13 @@
 #include "bench/raw_table.h"
 #include "entry/kova_sub_tools.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "reservations/fee_request.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::PutText;
 
 // A settings file of some 300 lines with five tax periods; the date asked for lies in the last.
@@ -69,9 +71,8 @@ void TaxRate() {
 }
 
 void PutMasters(CKovaDBSys& db) {
-  CCreditCategoryDB category(nullptr, 0);
-  CCreditItemDB item(nullptr, 0);
-  Check(category.SetAssociatedDB(&db) == 0 && item.SetAssociatedDB(&db) == 0, "bind");
+  On<CCreditCategoryDB> category(db);
+  On<CCreditItemDB> item(db);
   PutText(category.record.code, "01");
   PutText(category.record.taxType, "2");
   Check(category.Insert() == 0, "category");

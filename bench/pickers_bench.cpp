@@ -8,11 +8,13 @@
 #include "pickers/master_choices.h"
 #include "pickers/patient_query.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::bench {
 namespace {
 
 using pickers::SearchMode;
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 
@@ -31,8 +33,8 @@ std::string FamilyName(int family) { return std::string("\x88") + static_cast<ch
 std::string FamilyReading(int family) { return std::string(1, static_cast<char>(0xB1 + family)) + "ﾀﾞ"; }
 
 void PutPatients(CKovaDBSys& db) {
-  CPatientDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0 && table.BeginTran() == 0, "begin");
+  On<CPatientDB> table(db);
+  Check(table.BeginTran() == 0, "begin");
   for (int i = 0; i < kPatients; ++i) {
     const int family = static_cast<int>(i * 7919LL % kFamilies);
     PutText(table.record.patientCode, Number("%010d", i));
@@ -104,8 +106,8 @@ void QueryPatients(CKovaDBSys& db, RawDatabase& raw) {
 
 void FillFromCache(CKovaDBSys& db) {
   constexpr int kFills = 200;
-  CCategoryDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0 && table.BeginTran() == 0, "begin");
+  On<CCategoryDB> table(db);
+  Check(table.BeginTran() == 0, "begin");
   for (int i = 0; i < kCategories; ++i) {
     PutText(table.record.classCode, "1");
     PutText(table.record.code, Number("%02d", i));

@@ -16,11 +16,13 @@
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "printing/testing/receipt_builder.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::PutText;
 
 constexpr int kPatients = 1000;
@@ -104,9 +106,8 @@ void PutMasters(CKovaDBSys& db) {
 }
 
 void PutPatients(CKovaDBSys& db) {
-  CPatientDB patients(nullptr, 0);
-  CReservationDB reservations(nullptr, 0);
-  Check(patients.SetAssociatedDB(&db) == 0 && reservations.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patients(db);
+  On<CReservationDB> reservations(db);
   Check(patients.BeginTran() == 0, "begin");
   tagPATIENTDB& patient = patients.record;
   PutText(patient.name, "name of a patient");
@@ -194,8 +195,8 @@ class ByHand {
 void PrintPatients(const std::string& practice, const std::string& folder) {
   CKovaDBSys db;
   Check(KovaCreateDatabase(practice.c_str()) == 0 && db.OpenDB(practice.c_str()) == 0, "OpenDB");
-  CPatientDB patients(nullptr, 0);
-  Check(patients.SetAssociatedDB(&db) == 0 && patients.BeginTran() == 0, "begin");
+  On<CPatientDB> patients(db);
+  Check(patients.BeginTran() == 0, "begin");
   PutMasters(db);
   Check(patients.EndTran() == 0, "end");
   PutPatients(db);

@@ -15,7 +15,7 @@
 
 #include "bench/check.h"
 #include "platform/recordstore/schema.h"
-#include "tests/store_server.h"
+#include "tests/recordstore/store_server.h"
 
 namespace kova::bench {
 

@@ -8,10 +8,12 @@
 #include "bench/paired.h"
 #include "bench/raw_table.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 
@@ -23,8 +25,7 @@ constexpr int kInserts = 2000;
 const store::TableDef& Table() { return *store::FindTable("reservation"); }
 
 std::vector<tagRESERVATION> PickRecords(CKovaDBSys& db) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0, "bind");
+  On<CReservationDB> table(db);
   std::mt19937 random(7);
   std::vector<tagRESERVATION> all, picked;
   for (int r = table.GetFIRST(); r == 0; r = table.GetNEXT()) {
@@ -35,8 +36,7 @@ std::vector<tagRESERVATION> PickRecords(CKovaDBSys& db) {
 }
 
 void PointReads(CKovaDBSys& db, RawDatabase& raw, const std::vector<tagRESERVATION>& picked) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0, "bind");
+  On<CReservationDB> table(db);
   const std::string select = "SELECT " + Columns(Table()) + " FROM reservation WHERE ";
   sqlite3_stmt* equal = raw.Prepare(select + "key0 = ?");
   sqlite3_stmt* atLeast = raw.Prepare(select + "key6 >= ? ORDER BY key6, id LIMIT 1");
@@ -83,8 +83,8 @@ void PointReads(CKovaDBSys& db, RawDatabase& raw, const std::vector<tagRESERVATI
 }
 
 void Walks(CKovaDBSys& db, RawDatabase& raw, const std::vector<tagRESERVATION>& picked) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0 && table.SetKey(6) == 0, "bind");
+  On<CReservationDB> table(db);
+  Check(table.SetKey(6) == 0, "bind");
   sqlite3_stmt* walk =
       raw.Prepare("SELECT " + Columns(Table()) + " FROM reservation WHERE key6 >= ? ORDER BY key6, id");
   tagRESERVATION record{};
@@ -113,8 +113,7 @@ void Walks(CKovaDBSys& db, RawDatabase& raw, const std::vector<tagRESERVATION>& 
 }
 
 void Inserts(CKovaDBSys& db, RawDatabase& raw, const tagRESERVATION& model) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0, "bind");
+  On<CReservationDB> table(db);
   sqlite3_stmt* insert = raw.Prepare(InsertSql(Table()));
   tagRESERVATION record = model;
   PutText(record.memo, "0123456789");

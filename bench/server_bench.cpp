@@ -1,5 +1,5 @@
 // The record store on a database server against the same prepared statements through plain ODBC, whose values stay as they
-// arrive. server_bench FOLDER: an empty folder. The server is the one that tests/store_server.h names; the database of the
+// arrive. server_bench FOLDER: an empty folder. The server is the one that tests/recordstore/store_server.h names; the database of the
 // run stays on it.
 
 #include <random>
@@ -10,11 +10,13 @@
 #include "bench/raw_odbc.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "visitflow/board.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 
@@ -41,9 +43,8 @@ struct Blocks {
 constexpr Blocks kBlocks = {1, 64, 4096};
 
 void PutPractice(CKovaDBSys& db) {
-  CPatientDB patients(nullptr, 0);
-  CReservationDB reservations(nullptr, 0);
-  Check(patients.SetAssociatedDB(&db) == 0 && reservations.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patients(db);
+  On<CReservationDB> reservations(db);
   Check(patients.BeginTran() == 0, "begin");
   for (int i = 0; i < kPatients; ++i) {
     tagPATIENTDB& record = patients.record;
@@ -82,8 +83,7 @@ void PointReads(CKovaDBSys& db, RawServer& raw) {
                  1);
   query.AddRecord(table);
   query.Bind();
-  CPatientDB patients(nullptr, 0);
-  Check(patients.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patients(db);
   std::mt19937 random(7);
   std::vector<std::string> codes;
   for (int i = 0; i < kReads; ++i) codes.push_back(Number("%010d", static_cast<int>(random() % kPatients)));
@@ -127,8 +127,7 @@ void Walk(CKovaDBSys& db, RawServer& raw) {
   RawQuery first(raw, select + " ORDER BY key0 LIMIT " + std::to_string(kBlocks.position), "", kBlocks.position);
   first.AddRecord(table);
   first.Bind();
-  CPatientDB patients(nullptr, 0);
-  Check(patients.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> patients(db);
   std::uint64_t oursTrips = 0, rawTrips = 0;
   Compare(
       Label("walk of 5,000 patients, one of them").c_str(), "<= 1.3", kRounds, kPatients,

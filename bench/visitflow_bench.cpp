@@ -12,12 +12,14 @@
 #include "bench/raw_table.h"
 #include "foundation/settings.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "visitflow/board.h"
 #include "visitflow/moves.h"
 
 namespace kova::bench {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 using visitflow::Board;
@@ -41,8 +43,7 @@ const store::TableDef& Reservations() { return *store::FindTable("reservation");
 // ---- A day of 300 in the large practice.
 
 std::vector<std::string> PickPatients(CKovaDBSys& db) {
-  CPatientDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0, "bind");
+  On<CPatientDB> table(db);
   std::vector<std::string> all, picked;
   for (int r = table.GetFIRST(); r == 0; r = table.GetNEXT())
     all.emplace_back(GetText(table.record.patientCode));
@@ -52,8 +53,8 @@ std::vector<std::string> PickPatients(CKovaDBSys& db) {
 }
 
 void PutDay(CKovaDBSys& db, const std::vector<std::string>& patients) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0 && table.GetFIRST() == 0 && table.BeginTran() == 0, "begin");
+  On<CReservationDB> table(db);
+  Check(table.GetFIRST() == 0 && table.BeginTran() == 0, "begin");
   const tagRESERVATION model = table.record;
   for (int i = 0; i < kReservations; ++i) {
     table.record = model;
@@ -69,8 +70,8 @@ void PutDay(CKovaDBSys& db, const std::vector<std::string>& patients) {
 }
 
 void TakeDayBack(CKovaDBSys& db) {
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db) == 0 && table.BeginTran() == 0, "begin");
+  On<CReservationDB> table(db);
+  Check(table.BeginTran() == 0, "begin");
   for (int i = 0; i < kReservations; ++i) {
     if (table.GetReservationData(Number("V%09d", i).c_str()) == 0)
       Check(table.CBaseDBCall::Delete() == 0, "delete");

@@ -13,6 +13,7 @@
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "platform/toollib/tools.h"
 #include "printing/print_data_reader.h"
 #include "reservations/fee_request.h"
@@ -20,6 +21,7 @@
 
 namespace {
 
+using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
 using kova::testing::BuiltProgram;
@@ -131,8 +133,7 @@ TEST_F(SamplePractice, PastFeesAreTaxedAsTheLibraryDoes) {
     if (GetText(record.saleKind) == "00" && past.size() < 60) past.push_back(record);
   });
   ASSERT_EQ(past.size(), 60U);
-  CSaleItemDB items(nullptr, 0);
-  ASSERT_EQ(items.SetAssociatedDB(&db), 0);
+  On<CSaleItemDB> items(db);
   for (const tagSALE& sale : past) {
     items.SetKeyBuffer(sale.saleNumber, sizeof sale.saleNumber);
     ASSERT_EQ(items.GetEQ(), 0);

@@ -9,7 +9,7 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "tests/failing_vfs.h"
+#include "tests/recordstore/failing_vfs.h"
 #include "visitflow/moves.h"
 #include "visitflow/testing/small_practice.h"
 

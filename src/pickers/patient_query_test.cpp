@@ -5,10 +5,12 @@
 #include <tuple>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::pickers {
 namespace {
 
+using store::testing::On;
 using store::PutText;
 
 // A patient as "code name reading maidenName"; "-" for an empty text.
@@ -22,8 +24,7 @@ class PatientQuery : public testing::Test {
   void SetUp() override {
     ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str()), 0);
     ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
-    CPatientDB table(nullptr, 0);
-    ASSERT_EQ(table.SetAssociatedDB(&db_), 0);
+    On<CPatientDB> table(db_);
     for (const Row& row :
          {Row{"A001", "表　一郎", "ｵﾓﾃ ｲﾁﾛｳ", "", 1}, Row{"A002", "表　花子", "おもて　はなこ", "青木"},
           Row{"A003", "青山　実", "オモテ　タロウ", "表", 1}, Row{"A004", "渡辺　恵", "ﾜﾀﾅﾍﾞ ﾒｸﾞﾐ", "表"},

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/testing/on.h"
 #include "printing/next_appointments.h"
 #include "printing/patient_form.h"
 #include "printing/print_data_reader.h"
@@ -12,6 +13,7 @@
 namespace kova::printing {
 namespace {
 
+using store::testing::On;
 using store::PutText;
 using testing::Columns;
 using testing::Settings;
@@ -181,10 +183,8 @@ TEST_F(PrintedRecords, TheReceiptOfASale) {
   item.unitPrice = 56;
   item.quantity = 1;
   item.amount = 170;
-  CSaleDB sales(nullptr, 0);
-  CSaleItemDB items(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&db_), 0);
-  ASSERT_EQ(items.SetAssociatedDB(&db_), 0);
+  On<CSaleDB> sales(db_);
+  On<CSaleItemDB> items(db_);
   sales.record = sale;
   CString number;
   ASSERT_EQ(sales.InsertAdjustFee(number, &item, &items), 0);

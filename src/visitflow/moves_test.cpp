@@ -8,6 +8,7 @@
 
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/testing/on.h"
 #include "visitflow/board_session.h"
 #include "visitflow/testing/board_text.h"
 #include "visitflow/testing/small_practice.h"
@@ -15,6 +16,7 @@
 namespace kova::visitflow {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 using testing::BoardText;
@@ -57,16 +59,16 @@ class VisitFlow : public ::testing::Test, protected foundation::Prompts {
   std::string Shown(const BoardSession& session) { return BoardText(session.Shown(), session.Stages()); }
 
   void PutCharge(const char* sale, int receipted) {
-    CChargeDB table;
+    On<CChargeDB> table(db_);
     PutText(table.record.chargeNumber, "1");
     PutText(table.record.saleNumber, sale);
     table.record.receipted = static_cast<std::uint8_t>(receipted);
-    ASSERT_EQ(testing::Bound(table, db_).Insert(), 0);
+    ASSERT_EQ(table.Insert(), 0);
   }
 
   void PutStage(CKovaDBSys& db, const char* key, const char* stageCode) {
-    CReservationDB table(nullptr, 0);
-    ASSERT_EQ(testing::Bound(table, db).GetReservationData(key), 0);
+    On<CReservationDB> table(db);
+    ASSERT_EQ(table.GetReservationData(key), 0);
     PutText(table.record.stageCode, stageCode);
     ASSERT_EQ(table.Update(UPDATE_ALWAYS), 0);
   }
@@ -138,8 +140,8 @@ TEST_F(VisitFlow, AReceiptedChargeKeepsTheReservationAsItIs) {
             "患者の入金情報で領収済みを解除してください。");
   EXPECT_EQ(session.StatusLine(), "領収済みのため移動できません：1    山田              9:05");
 
-  CChargeDB charge;
-  ASSERT_EQ(testing::Bound(charge, db_).GetFIRST(), 0);
+  On<CChargeDB> charge(db_);
+  ASSERT_EQ(charge.GetFIRST(), 0);
   charge.record.receipted = 0;
   ASSERT_EQ(charge.Update(), 0);
   session.Move(BoardButton::kStageBack, {"1"}, nullptr);
@@ -153,8 +155,8 @@ TEST_F(VisitFlow, WhatAnotherWorkstationDidFirstIsLeftAlone) {
   ASSERT_EQ(second.OpenDB(folder_.Path().c_str()), 0);
   PutStage(second, "1", "20");
   PutStage(second, "2", "00");  // the same as none
-  CReservationDB table(nullptr, 0);
-  ASSERT_EQ(testing::Bound(table, second).GetReservationData("3"), 0);
+  On<CReservationDB> table(second);
+  ASSERT_EQ(table.GetReservationData("3"), 0);
   ASSERT_EQ(table.Delete(), 0);
   const std::vector<Moved> moved = session.Move(BoardButton::kBeforeToNext, {"1", "2", "3", "77"}, nullptr);
   std::string outcomes;

@@ -13,6 +13,7 @@
 #include "hosts/person/window_driver.h"
 #include "hosts/reception/resource.h"
 #include "platform/os/clock.h"
+#include "platform/recordstore/testing/on.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
 #include "visitflow/win32/visit_flow_dlg.h"
@@ -20,6 +21,7 @@
 namespace {
 
 using namespace kova::person;
+using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
 using kova::testing::WindowPractice;
@@ -74,21 +76,18 @@ class VisitFlowWindow : public testing::Test {
 
   template <typename Table, typename Record>
   void Insert(const Record& record) {
-    Table table(nullptr, 0);
-    ASSERT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    On<Table> table(practice_.Database());
     table.record = record;
     ASSERT_EQ(table.Insert(), 0);
   }
   tagRESERVATION Read(int number) {
-    CReservationDB table(nullptr, 0);
-    EXPECT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    On<CReservationDB> table(practice_.Database());
     EXPECT_EQ(table.GetReservationData(Key(number).c_str()), 0);
     return table.record;
   }
   /// Another workstation's move.
   void MoveElsewhere(int number, const char* stage) {
-    CReservationDB table(nullptr, 0);
-    ASSERT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    On<CReservationDB> table(practice_.Database());
     ASSERT_EQ(table.GetReservationData(Key(number).c_str()), 0);
     PutText(table.record.stageCode, stage);
     ASSERT_EQ(table.Update(UPDATE_ALWAYS), 0);

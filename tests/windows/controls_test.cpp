@@ -16,6 +16,7 @@
 #include "hosts/person/window_driver.h"
 #include "hosts/reception/resource.h"
 #include "platform/os/application_profile.h"
+#include "platform/recordstore/testing/on.h"
 #include "tests/child_process.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
@@ -23,6 +24,7 @@
 namespace {
 
 using namespace kova::person;
+using kova::store::testing::On;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
 using Popup = kova::controls::DateInputDialog;
@@ -288,8 +290,7 @@ TEST_F(ColumnDialogs, TakeAnyNumberOfColumns) {
 
 TEST(Reception, ListsPatientsInItsColumnsAndTakesADateOfBirth) {
   WindowPractice practice("reception");
-  CPatientDB table(nullptr, 0);
-  ASSERT_EQ(table.SetAssociatedDB(&practice.Database()), 0);
+  On<CPatientDB> table(practice.Database());
   kova::store::PutText(table.record.patientCode, "1");
   kova::store::PutText(table.record.name, "山田　表太郎");
   kova::store::PutText(table.record.reading, "ﾔﾏﾀﾞ ﾋｮｳﾀﾛｳ");

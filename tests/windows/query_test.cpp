@@ -8,11 +8,13 @@
 #include "entry/kova_com_dlg.h"
 #include "hosts/person/window_driver.h"
 #include "pickers/win32/query_patient_dlg.h"
+#include "platform/recordstore/testing/on.h"
 #include "tests/windows/window_practice.h"
 
 namespace {
 
 using namespace kova::person;
+using kova::store::testing::On;
 using kova::store::PutText;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
@@ -27,8 +29,7 @@ class PatientQueryWindow : public testing::Test {
     Add("00000004", "山田　表太郎", "ﾔﾏﾀﾞ ﾋｮｳﾀﾛｳ", 1);
   }
   void Add(const char* code, const char* name, const char* reading, int sex) {
-    CPatientDB table(nullptr, 0);
-    ASSERT_EQ(table.SetAssociatedDB(&practice_.Database()), 0);
+    On<CPatientDB> table(practice_.Database());
     PutText(table.record.patientCode, code);
     PutText(table.record.name, name);
     PutText(table.record.reading, reading);

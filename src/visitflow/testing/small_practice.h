@@ -5,20 +5,17 @@
 #include <string>
 
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::visitflow::testing {
 
-inline constexpr const char* kDay = "20261122";
+using store::testing::On;
 
-template <typename Table>
-Table& Bound(Table& table, CKovaDBSys& db) {
-  (void)table.SetAssociatedDB(&db);
-  return table;
-}
+inline constexpr const char* kDay = "20261122";
 
 inline int PutReservation(CKovaDBSys& db, const char* key, const char* date, const char* time,
                           const char* patient, const char* stageCode = "", bool fee = false, int status = 0) {
-  CReservationDB table(nullptr, 0);
+  On<CReservationDB> table(db);
   store::PutText(table.record.reservationNumber, key);
   store::PutText(table.record.reservationDate, date);
   store::PutText(table.record.startTime, time);
@@ -29,7 +26,7 @@ inline int PutReservation(CKovaDBSys& db, const char* key, const char* date, con
   table.record.hasFee = fee ? 1 : 0;
   table.record.feeNoCategory = 1;
   table.record.feeAmount = 1080;
-  return Bound(table, db).Insert();
+  return table.Insert();
 }
 
 /// Stages A10 and B20 and a retired one; patients 0001 and 0002. On the day, in order of time: 1 with a fee,
@@ -38,21 +35,21 @@ inline int PutReservation(CKovaDBSys& db, const char* key, const char* date, con
 inline int FillPractice(CKovaDBSys& db) {
   int result = 0;
   for (const char* stage : {"10A", "20B", "15_"}) {
-    CCategoryDB table(nullptr, 0);
+    On<CCategoryDB> table(db);
     store::PutText(table.record.classCode, "5");
     store::PutText(table.record.code, std::string(stage, 2));
     store::PutText(table.record.sortOrder, std::string(stage, 2));
     store::PutText(table.record.name, stage + 2);
     store::PutText(table.record.marker, stage[2] == '_' ? "__" : "");
-    result |= Bound(table, db).Insert();
+    result |= table.Insert();
   }
   for (const char* code : {"0001", "0002"}) {
-    CPatientDB table(nullptr, 0);
+    On<CPatientDB> table(db);
     store::PutText(table.record.patientCode, code);
     store::PutText(table.record.caseNumber, code + 3);
     store::PutText(code[3] == '1' ? table.record.name : table.record.otherName, "山田");
     store::PutText(table.record.finishedDate, "20261101");
-    result |= Bound(table, db).Insert();
+    result |= table.Insert();
   }
   result |= PutReservation(db, "90", "20261005", "0900", "0001", "01");
   result |= PutReservation(db, "91", "20261101", "0900", "0001", "20");
@@ -67,19 +64,20 @@ inline int FillPractice(CKovaDBSys& db) {
 }
 
 template <typename Table>
-int Count(CKovaDBSys& db, Table&& table) {
+int Count(CKovaDBSys& db) {
+  On<Table> table(db);
   int count = 0;
-  for (int result = Bound(table, db).GetFIRST(); result == 0; result = table.GetNEXT()) ++count;
+  for (int result = table.GetFIRST(); result == 0; result = table.GetNEXT()) ++count;
   return count;
 }
 
 /// "10 0905 - v s1 1/1/0 20261101": stage code, stage time, finish time ("-" where empty), v when visited and
 /// the number of the sale; how many sales, items and charges there are in all; the patient's finished date.
 inline std::string StateOf(CKovaDBSys& db, const char* key) {
-  CReservationDB table(nullptr, 0);
-  CPatientDB patient(nullptr, 0);
-  if (Bound(table, db).GetReservationData(key) != 0) return "gone";
-  (void)Bound(patient, db).GetPatient1Data(table.record.patientCode);
+  On<CReservationDB> table(db);
+  On<CPatientDB> patient(db);
+  if (table.GetReservationData(key) != 0) return "gone";
+  (void)patient.GetPatient1Data(table.record.patientCode);
   std::string state;
   for (const std::string_view value :
        {store::GetText(table.record.stageCode), store::GetText(table.record.stageTime),
@@ -88,8 +86,8 @@ inline std::string StateOf(CKovaDBSys& db, const char* key) {
   std::string sale(store::GetText(table.record.saleNumber));
   sale.erase(0, sale.find_first_not_of('0'));
   state += (table.record.visited != 0 ? "v s" : "s") + sale;
-  state += " " + std::to_string(Count(db, CSaleDB(nullptr, 0))) + "/" +
-           std::to_string(Count(db, CSaleItemDB(nullptr, 0))) + "/" + std::to_string(Count(db, CChargeDB()));
+  state += " " + std::to_string(Count<CSaleDB>(db)) + "/" +
+           std::to_string(Count<CSaleItemDB>(db)) + "/" + std::to_string(Count<CChargeDB>(db));
   return state.append(" ").append(store::GetText(patient.record.finishedDate));
 }
 

@@ -12,17 +12,18 @@
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "tests/sales_at_work.h"
-#include "tests/store_server.h"
+#include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/sales_at_work.h"
+#include "tests/recordstore/store_server.h"
 #include "visitflow/board_session.h"
 #include "visitflow/testing/board_text.h"
 #include "visitflow/testing/small_practice.h"
 
 namespace {
 
+using kova::store::testing::On;
 using kova::store::PutText;
 using kova::store::Result;
-using kova::testing::Bound;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::MakeSale;
@@ -36,7 +37,7 @@ std::string OtherHosts() {
   return comma == std::string::npos ? std::string() : hosts.substr(comma);
 }
 
-/// A network in between, tests/tcp_proxy.mjs.
+/// A network in between, tests/recordstore/tcp_proxy.mjs.
 class Proxy {
  public:
   explicit Proxy(const std::string& server) {
@@ -151,8 +152,8 @@ TEST_F(ServerFaults, AServerThatFallsSilentIsGivenUpInTime) {
   CKovaDBSys db;
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   ASSERT_EQ(MakeSale(db), 0);
-  CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(Bound(sales, db).BeginTran(), 0);
+  On<CSaleDB> sales(db);
+  ASSERT_EQ(sales.BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   PutText(sales.record.patientCode, "2");
   ASSERT_EQ(sales.Update(UPDATE_ALWAYS), 0);
@@ -175,8 +176,8 @@ TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
   CKovaDBSys db;
   ASSERT_EQ(Open(db), 0) << db.GetProblem();
   for (int i = 0; i < 3; ++i) ASSERT_EQ(MakeSale(db), 0);
-  CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(Bound(sales, db).GetFIRST(), 0);
+  On<CSaleDB> sales(db);
+  ASSERT_EQ(sales.GetFIRST(), 0);
   proxy.Tell("refuse");
   EXPECT_EQ(Timed([&] { return sales.GetNEXT(); }), 0);
   EXPECT_STREQ(sales.record.saleNumber, "000000000002");
@@ -185,7 +186,8 @@ TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
   proxy.Tell("pass");
   CKovaDBSys second;
   ASSERT_EQ(Open(second), 0);
-  ASSERT_EQ(Bound(sales, second).BeginTran(), 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&second), 0);
+  ASSERT_EQ(sales.BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   ASSERT_EQ(sales.CBaseDBCall::Delete(), 0);
   proxy.Tell("refuse");
@@ -203,9 +205,10 @@ TEST_F(ServerFaults, OfTwoNodesTransactionsTheFirstOneWins) {
   ASSERT_EQ(MakeSale(first), 0);
   Say(OtherHosts().substr(1));
   ASSERT_EQ(Open(second), 0);
-  CSaleDB one(nullptr, 0), two(nullptr, 0);
-  ASSERT_EQ(Bound(one, first).BeginTran(), 0);
-  ASSERT_EQ(Bound(two, second).BeginTran(), 0);
+  On<CSaleDB> two(second);
+  On<CSaleDB> one(first);
+  ASSERT_EQ(one.BeginTran(), 0);
+  ASSERT_EQ(two.BeginTran(), 0);
   ASSERT_EQ(one.GetFIRST(), 0);
   ASSERT_EQ(two.GetFIRST(), 0);
   PutText(one.record.patientCode, "one");
@@ -386,8 +389,8 @@ TEST_F(ServerFaults, TheDesksAccountMayWorkAndNoMore) {
   CKovaDBSys reader;
   ASSERT_EQ(Open(reader), 0) << reader.GetProblem();
   EXPECT_EQ(MakeSale(reader), Code(Result::kReadOnly));
-  CSaleDB sales(nullptr, 0);
-  EXPECT_EQ(Bound(sales, reader).GetFIRST(), 0);
+  On<CSaleDB> sales(reader);
+  EXPECT_EQ(sales.GetFIRST(), 0);
   setenv("KOVA_DB_ACCOUNT", owner.c_str(), 1);
   setenv("KOVA_DB_PASSWORD", password.c_str(), 1);
 }

@@ -10,11 +10,13 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "tests/store_server.h"
+#include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/store_server.h"
 #include "visitflow/board.h"
 
 namespace {
 
+using kova::store::testing::On;
 using kova::store::PutText;
 
 constexpr int kRows = 100;
@@ -26,14 +28,10 @@ class RoundTrips : public testing::Test {
     std::string problem;
     ASSERT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
     ASSERT_EQ(db_.OpenDB(folder_.Path().c_str()), 0);
-    CPatientDB patients(nullptr, 0);
-    CReservationDB reservations(nullptr, 0);
-    CCategoryDB categories(nullptr, 0);
-    CDoctorDB doctors(nullptr, 0);
-    ASSERT_EQ(patients.SetAssociatedDB(&db_), 0);
-    ASSERT_EQ(reservations.SetAssociatedDB(&db_), 0);
-    ASSERT_EQ(categories.SetAssociatedDB(&db_), 0);
-    ASSERT_EQ(doctors.SetAssociatedDB(&db_), 0);
+    On<CPatientDB> patients(db_);
+    On<CReservationDB> reservations(db_);
+    On<CCategoryDB> categories(db_);
+    On<CDoctorDB> doctors(db_);
     ASSERT_EQ(patients.BeginTran(), 0);
     for (int i = 0; i < 2 * kRows; ++i) {
       const std::string code = std::to_string(1000 + i), day = i < kRows ? "20260101" : "20260102";
@@ -75,9 +73,8 @@ TEST_F(RoundTrips, OfTheBoard) {
 TEST_F(RoundTrips, AViewEndsWithItsLastRead) {
   CKovaDBSys other;
   ASSERT_EQ(other.OpenDB(folder_.Path().c_str()), 0);
-  CPatientDB patients(nullptr, 0), others(nullptr, 0);
-  ASSERT_EQ(patients.SetAssociatedDB(&db_), 0);
-  ASSERT_EQ(others.SetAssociatedDB(&other), 0);
+  On<CPatientDB> others(other);
+  On<CPatientDB> patients(db_);
   const auto insert = [&](const char* code) {
     PutText(others.record.patientCode, code);
     return others.Insert();

@@ -14,12 +14,14 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 #include "tests/child_process.h"
-#include "tests/failing_vfs.h"
+#include "tests/recordstore/failing_vfs.h"
 
 namespace kova::testing {
 namespace {
 
+using store::testing::On;
 using store::GetText;
 using store::PutText;
 using store::Result;
@@ -33,11 +35,8 @@ constexpr int kKills = 60;  // in each mode
 #endif
 
 int MakeSale(CKovaDBSys& db, CString& number) {
-  CSaleDB sale(nullptr, 0);
-  CSaleItemDB items(nullptr, 0);
-  int result = sale.SetAssociatedDB(&db);
-  if (result == 0) result = items.SetAssociatedDB(&db);
-  if (result != 0) return result;
+  On<CSaleDB> sale(db);
+  On<CSaleItemDB> items(db);
   tagSALEITEM item{};
   PutText(sale.record.saleDate, "20260101");
   PutText(item.itemName, "初診料");
@@ -62,9 +61,8 @@ std::string Flaw(const std::string& folder, int* sales = nullptr) {
   std::string finding;
   if (db.CheckIntegrity(finding) != 0) return finding;
   std::set<std::string> numbers[2];
-  CSaleDB sale(nullptr, 0);
-  CSaleItemDB item(nullptr, 0);
-  if (sale.SetAssociatedDB(&db) != 0 || item.SetAssociatedDB(&db) != 0) return "cannot be bound";
+  On<CSaleDB> sale(db);
+  On<CSaleItemDB> item(db);
   for (int r = sale.GetFIRST(); r == 0; r = sale.GetNEXT())
     numbers[0].emplace(GetText(sale.record.saleNumber));
   for (int r = item.GetFIRST(); r == 0; r = item.GetNEXT())
@@ -150,8 +148,7 @@ TEST(RecordStoreFaults, DamageInTheMiddleNeverCrashes) {
     WriteBytes(file, damaged);
     CKovaDBSys db;
     if (db.OpenDB(folder.Path().c_str()) != 0) continue;
-    CSaleDB sale(nullptr, 0);
-    ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+    On<CSaleDB> sale(db);
     int steps = 0;
     for (int r = sale.GetFIRST(); r == 0 && steps < 1000; r = sale.GetNEXT()) ++steps;
     CString number;
@@ -260,8 +257,7 @@ TEST_P(RecordStoreInBothModes, ATransactionLostToTheDiskIsLostWhole) {
   for (int step = 1; !worked && step < 200; ++step) {
     CKovaDBSys db;
     ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
-    CSaleDB sale(nullptr, 0);
-    ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+    On<CSaleDB> sale(db);
     int before = 0, after = 0;
     EXPECT_EQ(Flaw(folder.Path(), &before), "");
     FailFromStep(step, SQLITE_FULL);
@@ -289,8 +285,7 @@ TEST(RecordStoreFaults, AReadOnlyFileIsReadAndNotWritten) {
   CKovaDBSys db;
   CString number;
   ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
-  CSaleDB sale(nullptr, 0);
-  ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+  On<CSaleDB> sale(db);
   EXPECT_EQ(sale.GetFIRST(), Code(Result::kEndOfTable));
   EXPECT_EQ(MakeSale(db, number), isObeyed ? Code(Result::kReadOnly) : 0);
   db.CloseDB();
@@ -308,8 +303,7 @@ TEST(RecordStoreFaults, AFolderThatVanishesNeverCrashes) {
   ASSERT_EQ(MakeSale(db, number), 0);
   std::error_code refused;  // on Windows an open file stays
   std::filesystem::remove_all(folder.Native(), refused);
-  CSaleDB sale(nullptr, 0);
-  ASSERT_EQ(sale.SetAssociatedDB(&db), 0);
+  On<CSaleDB> sale(db);
   (void)sale.GetFIRST();
   (void)MakeSale(db, number);
   std::string finding;
@@ -328,9 +322,8 @@ TEST(RecordStoreFaults, ABusyStoreIsWaitedForAtMostFiveSeconds) {
   CKovaDBSys holder, waiter;
   ASSERT_EQ(holder.OpenDB(folder.Path().c_str()), 0);
   ASSERT_EQ(waiter.OpenDB(folder.Path().c_str()), 0);
-  CSaleDB held(nullptr, 0), sale(nullptr, 0);
-  ASSERT_EQ(held.SetAssociatedDB(&holder), 0);
-  ASSERT_EQ(sale.SetAssociatedDB(&waiter), 0);
+  On<CSaleDB> sale(waiter);
+  On<CSaleDB> held(holder);
   ASSERT_EQ(held.BeginTran(), 0);
   CString number;
   ASSERT_EQ(MakeSale(holder, number), 0);
@@ -349,8 +342,8 @@ TEST(RecordStoreFaults, ABusyStoreIsWaitedForAtMostFiveSeconds) {
 // for long.
 bool SalesChanged(const std::string& folder, std::int64_t& stamp) {
   CKovaDBSys db;
-  CSaleDB sale(nullptr, 0);
-  if (db.OpenDB(folder.c_str()) != 0 || sale.SetAssociatedDB(&db) != 0) return false;
+  if (db.OpenDB(folder.c_str()) != 0) return false;
+  On<CSaleDB> sale(db);
   for (int waited = 0; waited < 30000; waited += 2) {
     const std::int64_t now = sale.GetFileTime().GetTime();
     if (now > stamp) {

@@ -10,8 +10,11 @@
 
 #include "platform/os/clock.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/testing/on.h"
 
 namespace kova::testing {
+
+using store::testing::On;
 
 inline constexpr int Code(store::Result result) { return static_cast<int>(result); }
 
@@ -26,17 +29,9 @@ int Timed(Operation operation, std::int64_t* longest = nullptr) {
   return result;
 }
 
-template <typename Table>
-Table& Bound(Table& table, CKovaDBSys& db) {
-  EXPECT_EQ(table.SetAssociatedDB(&db), 0);
-  return table;
-}
-
 inline int MakeSale(CKovaDBSys& db, CString& number) {
-  CSaleDB sales(nullptr, 0);
-  CSaleItemDB items(nullptr, 0);
-  (void)sales.SetAssociatedDB(&db);
-  (void)items.SetAssociatedDB(&db);
+  On<CSaleDB> sales(db);
+  On<CSaleItemDB> items(db);
   store::PutText(sales.record.patientCode, "1");
   tagSALEITEM item{};
   return sales.InsertAdjustFee(number, &item, &items);
@@ -48,9 +43,8 @@ inline int MakeSale(CKovaDBSys& db) {
 
 /// The numbers of all sales, in order.
 inline std::vector<std::string> SaleNumbers(CKovaDBSys& db) {
-  CSaleDB sales(nullptr, 0);
+  On<CSaleDB> sales(db);
   std::vector<std::string> numbers;
-  Bound(sales, db);
   for (int r = sales.GetFIRST(); r == 0; r = sales.GetNEXT()) numbers.emplace_back(store::GetText(sales.record.saleNumber));
   return numbers;
 }

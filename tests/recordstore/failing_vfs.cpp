@@ -1,4 +1,4 @@
-#include "tests/failing_vfs.h"
+#include "tests/recordstore/failing_vfs.h"
 
 #include <cstring>
 

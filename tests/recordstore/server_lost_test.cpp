@@ -11,14 +11,15 @@
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "tests/sales_at_work.h"
-#include "tests/store_server.h"
+#include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/sales_at_work.h"
+#include "tests/recordstore/store_server.h"
 
 namespace {
 
+using kova::store::testing::On;
 using kova::store::PutText;
 using kova::store::Result;
-using kova::testing::Bound;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::Timed;
@@ -65,8 +66,8 @@ class ServerLost : public testing::TestWithParam<Loss> {
 TEST_P(ServerLost, NoSaleIsDoubledAndNoneIsMissing) {
   for (int i = 0; i < 20; ++i) ASSERT_EQ(MakeSale(), 0);
   // In the middle of a transaction.
-  CSaleDB sales(nullptr, 0);
-  ASSERT_EQ(Bound(sales, db_).BeginTran(), 0);
+  On<CSaleDB> sales(db_);
+  ASSERT_EQ(sales.BeginTran(), 0);
   ASSERT_EQ(sales.GetFIRST(), 0);
   PutText(sales.record.patientCode, "half");
   ASSERT_EQ(sales.Update(UPDATE_ALWAYS), 0);
@@ -95,7 +96,8 @@ TEST_P(ServerLost, NoSaleIsDoubledAndNoneIsMissing) {
   EXPECT_LE(stored.size(), told_.size() + static_cast<std::size_t>(unknown_));
   EXPECT_TRUE(std::adjacent_find(told_.begin(), told_.end()) == told_.end());
   EXPECT_TRUE(std::includes(stored.begin(), stored.end(), told_.begin(), told_.end()));
-  ASSERT_EQ(Bound(sales, db_).GetFIRST(), 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&db_), 0);
+  ASSERT_EQ(sales.GetFIRST(), 0);
   if (ended != Code(Result::kOutcomeUnknown)) {
     EXPECT_STREQ(sales.record.patientCode, ended == 0 ? "half" : "1");
   }

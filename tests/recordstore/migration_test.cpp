@@ -7,10 +7,12 @@
 
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "tests/store_server.h"
+#include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/store_server.h"
 
 namespace {
 
+using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
@@ -26,8 +28,7 @@ class Moving : public testing::Test {
     Make(to_);
     CKovaDBSys db;
     ASSERT_EQ(db.OpenDB(from_.Path().c_str()), 0);
-    CPatientDB patients(nullptr, 0);
-    ASSERT_EQ(patients.SetAssociatedDB(&db), 0);
+    On<CPatientDB> patients(db);
     ASSERT_EQ(patients.BeginTran(), 0);
     for (int i = 0; i < kPatients; ++i) {
       patients.record = {};
@@ -39,10 +40,8 @@ class Moving : public testing::Test {
       ASSERT_EQ(patients.Insert(), 0);
     }
     ASSERT_EQ(patients.EndTran(), 0);
-    CSaleDB sales(nullptr, 0);
-    CSaleItemDB items(nullptr, 0);
-    ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
-    ASSERT_EQ(items.SetAssociatedDB(&db), 0);
+    On<CSaleDB> sales(db);
+    On<CSaleItemDB> items(db);
     tagSALEITEM item{};
     item.unitPrice = -2147483647;
     CString number;
@@ -64,8 +63,7 @@ class Moving : public testing::Test {
   static std::string Patients(const std::string& folder) {
     CKovaDBSys db;
     EXPECT_EQ(db.OpenDB(folder.c_str()), 0) << db.GetProblem();
-    CPatientDB patients(nullptr, 0);
-    EXPECT_EQ(patients.SetAssociatedDB(&db), 0);
+    On<CPatientDB> patients(db);
     EXPECT_EQ(patients.SetKey(1), 0);
     std::string all;
     for (int r = patients.GetFIRST(); r == 0; r = patients.GetNEXT())
@@ -88,10 +86,8 @@ TEST_F(Moving, EveryByteComesThereAndBack) {
   // The next sale's number goes on.
   CKovaDBSys db;
   ASSERT_EQ(db.OpenDB(back_.Path().c_str()), 0);
-  CSaleDB sales(nullptr, 0);
-  CSaleItemDB items(nullptr, 0);
-  ASSERT_EQ(sales.SetAssociatedDB(&db), 0);
-  ASSERT_EQ(items.SetAssociatedDB(&db), 0);
+  On<CSaleDB> sales(db);
+  On<CSaleItemDB> items(db);
   tagSALEITEM item{};
   CString number;
   ASSERT_EQ(sales.InsertAdjustFee(number, &item, &items), 0);
@@ -117,8 +113,7 @@ TEST_F(Moving, WhatWouldLoseSomethingIsRefused) {
   // Somebody writes to the source in the middle.
   CKovaDBSys db;
   ASSERT_EQ(db.OpenDB(from_.Path().c_str()), 0);
-  CPatientDB patients(nullptr, 0);
-  ASSERT_EQ(patients.SetAssociatedDB(&db), 0);
+  On<CPatientDB> patients(db);
   std::string problem;
   const int result = KovaMigrate(
       from_.Path().c_str(), to_.Path().c_str(),
