@@ -7,18 +7,10 @@
 #include <utility>
 
 #include "platform/os/clock.h"
-#include "platform/recordstore/odbc/server_layout.h"
 
 namespace kova::store {
 namespace {
 
-// An operation ends within 10 s, whatever became of the servers.
-constexpr int kLongestOperation = 9500;  // ms
-constexpr int kLongestConnect = 3500;    // to one server
-constexpr int kLongestAnswer = 7000;     // the wait for a lock, which is 5 s, and the rest
-constexpr int kLongestCommit = 5000;     // leaves time to look up what became of it
-constexpr int kLongestGoodbye = 500;
-constexpr int kLongestRest = 3000;  // after all servers were tried in vain
 constexpr int kAttempts = 5;  // of a write that another node was faster with
 constexpr std::string_view kWrites = "write";
 
@@ -38,128 +30,35 @@ std::int64_t NumberOf(const std::string& text) {
   return number;
 }
 
-/// Says something of the request or the record, and nothing of the store: the transaction goes on.
-bool IsAnswer(Result result) {
-  return result == Result::kDone || result == Result::kDuplicate || result == Result::kChanged;
-}
-
 }  // namespace
 
-ServerEngine::ServerEngine(const ServerSettings& settings)
-    : settings_(settings), dialect_(MakeDialect(settings.kind)), client_(RandomName()) {}
+ServerEngine::ServerEngine(const ServerSettings& settings) : link_(settings), client_(RandomName()) {}
 
 std::unique_ptr<Engine> ServerEngine::Open(const ServerSettings& settings, Result& result, std::string& problem) {
   std::unique_ptr<ServerEngine> engine(new ServerEngine(settings));
-  engine->StartClock();
-  result = engine->Connect();
-  problem = engine->problem_;
+  engine->link_.StartClock();
+  result = engine->link_.Connect();
+  problem = engine->link_.Problem();
   if (result != Result::kDone) return nullptr;
   return engine;
 }
 
-ServerEngine::~ServerEngine() { DropSession(); }
-
-void ServerEngine::StartClock() { deadline_ = os::MonotonicMilliseconds() + kLongestOperation; }
-
-int ServerEngine::Left() const {
-  return static_cast<int>(std::max<std::int64_t>(deadline_ - os::MonotonicMilliseconds(), 0));
-}
-
-// Does `work` with the session on the worker's thread. `work` owns what it uses: it may outlive this call.
-template <typename Work>
-Result ServerEngine::Hand(Work work, int milliseconds) {
-  auto result = std::make_shared<Result>(Result::kFailed);
-  const std::uint64_t before = session_->RoundTrips();
-  const bool isDone = worker_->Run(
-      [result, session = session_, work = std::move(work)]() mutable {
-        try {
-          *result = work(*session);
-        } catch (const std::exception&) {
-          // Memory ran out; the result says that it failed.
-        }
-      },
-      milliseconds);
-  if (!isDone) {
-    problem_ = settings_.hosts[host_].Text() + ": no answer";
-    session_.reset();  // the worker's thread ends it, once the driver comes back
-    worker_.reset();
-    return Result::kUnreachable;
+// A transaction and an open view are bound to the connection that they began on; everything else is not.
+Result ServerEngine::Ask(const ServerLink::Work& work) {
+  const bool isBound = HoldsTransaction() || view_ == View::kOpen;
+  const Result result = isBound ? link_.Ask(work) : link_.AskAnywhere(work);
+  if (!link_.IsConnected()) {
+    if (HoldsTransaction()) NoteLost(Result::kUnreachable);
+    if (view_ == View::kOpen) view_ = View::kNone;
   }
-  roundTrips_ += session_->RoundTrips() - before;
-  if (!IsAnswer(*result)) problem_ = settings_.hosts[host_].Text() + ": " + session_->Problem();
-  return *result;
-}
-
-template <typename Work>
-Result ServerEngine::Ask(Work work) {
-  if (session_ == nullptr) {
-    if (HoldsTransaction() || view_ == View::kOpen) return Result::kUnreachable;
-    const Result connected = Connect();
-    if (connected != Result::kDone) return connected;
-  }
-  const Result result = Hand(std::move(work), std::min(Left(), kLongestAnswer));
-  if (result == Result::kUnreachable) DropSession();
   return result;
 }
 
-// For questions that begin something: the connection may have been lost since the last one, which nobody has noticed yet.
-template <typename Work>
-Result ServerEngine::AskAnew(Work work) {
-  const bool wasConnected = session_ != nullptr;
-  const Result result = Ask(work);
-  if (result != Result::kUnreachable || !wasConnected) return result;
-  return Ask(std::move(work));
-}
-
-Result ServerEngine::Connect() {
-  Result result = Result::kUnreachable;
-  const std::int64_t begun = os::MonotonicMilliseconds();
-  if (begun < restsUntil_) return result;
-  const std::size_t hosts = settings_.hosts.size(), first = host_;
-  for (std::size_t i = 0; i < hosts && Left() > 0; ++i) {
-    result = ConnectTo((first + i) % hosts);
-    if (result != Result::kUnreachable) return result;
-  }
-  // Whoever asks again and again, as a board that ticks, is not to spend all of his time waiting.
-  const std::int64_t now = os::MonotonicMilliseconds();
-  restsUntil_ = now + std::min<std::int64_t>(now - begun, kLongestRest);
-  return result;
-}
-
-Result ServerEngine::ConnectTo(std::size_t host) {
-  const std::size_t lostHost = std::exchange(host_, host);
-  worker_ = os::Worker::Start();
-  if (worker_ == nullptr) return Result::kFailed;
-  session_ = std::make_shared<odbc::Session>(dialect_);
-  const std::string lost = lostHost == host ? lostSession_ : std::string();
-  const Result result = Hand(
-      [settings = settings_, address = settings_.hosts[host], dialect = dialect_, lost](odbc::Session& session) {
-        const Result opened = session.Open(settings, address, settings.database);
-        if (opened != Result::kDone) return opened;
-        // What this workstation held there, it holds no more. An account may end its own sessions.
-        if (!lost.empty()) (void)session.Run(dialect->EndSessionSql(lost));
-        return CheckServerLayout(session, *dialect);
-      },
-      std::min(Left(), kLongestConnect));
-  if (result == Result::kDone)
-    lostSession_.clear();
-  else
-    DropSession();
-  return result;
-}
-
-void ServerEngine::DropSession() {
-  if (session_ != nullptr) {
-    if (!session_->Id().empty()) lostSession_ = session_->Id();
-    (void)worker_->Run([session = std::move(session_)]() mutable { session.reset(); }, kLongestGoodbye);
-    session_.reset();
-  }
-  worker_.reset();
-  if (HoldsTransaction() && !isLost_) {
-    isLost_ = true;
-    lostTo_ = Result::kUnreachable;
-  }
-  if (view_ == View::kOpen) view_ = View::kNone;
+// Nothing of the open transaction will be kept.
+void ServerEngine::NoteLost(Result result) {
+  if (isLost_) return;
+  isLost_ = true;
+  lostTo_ = result;
 }
 
 // The table for a question that may outlive the caller's.
@@ -185,20 +84,18 @@ odbc::Around ServerEngine::AroundRead() {
     view_ = View::kWanted;
     ++viewNumber_;
   }
-  return {view_ == View::kWanted ? dialect_->BeginReadsSql() : std::string(), isLast ? "COMMIT" : ""};
+  return {view_ == View::kWanted ? link_.GetDialect().BeginReadsSql() : std::string(), isLast ? "COMMIT" : ""};
 }
 
 void ServerEngine::NoteRead(Result result, const odbc::Around& around) {
   if (result == Result::kDone && !around.before.empty()) view_ = View::kOpen;
   if (result == Result::kDone && !around.behind.empty()) view_ = View::kOver;
-  if (result == Result::kDone || !HoldsTransaction() || isLost_) return;
-  isLost_ = true;
-  lostTo_ = result;
+  if (result != Result::kDone && HoldsTransaction()) NoteLost(result);
 }
 
 Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
                           RecordBlock& block) {
-  StartClock();
+  link_.StartClock();
   auto read = Lend(table, block);
   if (isLost_) return lostTo_;
   const odbc::Around around = AroundRead();
@@ -206,14 +103,14 @@ Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
                      around](odbc::Session& session) {
     return session.Read(*kept, keyIndex, owned, limit, around, *read);
   };
-  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
+  const Result result = Ask(work);
   NoteRead(result, around);
   if (result == Result::kDone) block = std::move(*read);
   return result;
 }
 
 Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string> primaryKeys, RecordBlock& block) {
-  StartClock();
+  link_.StartClock();
   auto read = Lend(table, block);
   if (isLost_) return lostTo_;
   const odbc::Around around = AroundRead();
@@ -221,7 +118,7 @@ Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string
                      around](odbc::Session& session) {
     return session.ReadMany(*kept, keys, around, *read);
   };
-  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
+  const Result result = Ask(work);
   NoteRead(result, around);
   if (result == Result::kDone) block = std::move(*read);
   return result;
@@ -233,13 +130,10 @@ template <typename Write>
 Result ServerEngine::WriteWhole(const TableDef& table, Write write) {
   if (HoldsTransaction()) {
     if (isLost_) return Result::kNoTransaction;
-    StartClock();
+    link_.StartClock();
     const Result result = write();
     if (result == Result::kDone) changes_.NoteWrite(table);
-    if (!IsAnswer(result) && !isLost_) {
-      isLost_ = true;
-      lostTo_ = result;
-    }
+    if (!IsAnswer(result)) NoteLost(result);
     return result;
   }
   Result result = Result::kConflict;
@@ -265,7 +159,7 @@ Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId&
 }
 
 Result ServerEngine::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
-  StartClock();
+  link_.StartClock();
   auto read = Lend(table, block);
   if (isLost_) return lostTo_;
   const Result result = Ask([read, kept = Keep(table), behind, limit](odbc::Session& session) {
@@ -313,11 +207,11 @@ Result ServerEngine::Delete(const TableDef& table, RecordId id) {
 }
 
 Result ServerEngine::BeginTransaction(Mode mode) {
-  StartClock();
-  if (view_ == View::kOpen) (void)Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
+  link_.StartClock();
+  if (view_ == View::kOpen) (void)link_.Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
   view_ = View::kNone;
   auto rows = std::make_shared<odbc::Rows>();
-  const Result result = AskAnew([rows](odbc::Session& session) {
+  const Result result = Ask([rows](odbc::Session& session) {
     // The counters are what every writer waits for: what is read from here on cannot be changed by others.
     const Result begun = session.RunTogether("START TRANSACTION; SELECT name, value FROM counter FOR UPDATE", *rows);
     if (begun != Result::kDone && begun != Result::kUnreachable) (void)session.Run("ROLLBACK");
@@ -343,7 +237,7 @@ Result ServerEngine::End() { return mode_ == Mode::kHost ? Commit() : Result::kN
 
 Result ServerEngine::Abort() {
   if (mode_ != Mode::kHost) return Result::kNoTransaction;
-  StartClock();
+  link_.StartClock();
   Rollback();
   return Result::kDone;
 }
@@ -352,7 +246,7 @@ Result ServerEngine::BeginUnit() {
   if (mode_ == Mode::kUnit || mode_ == Mode::kUnitInHost) return Result::kInTransaction;
   if (mode_ == Mode::kIdle) return BeginTransaction(Mode::kUnit);
   if (isLost_) return Result::kNoTransaction;
-  StartClock();
+  link_.StartClock();
   const Result result = Ask([](odbc::Session& session) { return session.Run("SAVEPOINT unit"); });
   if (result != Result::kDone) return result;
   countersBefore_ = counters_;
@@ -367,18 +261,18 @@ Result ServerEngine::EndUnit(bool worked) {
     changes_.NoteUnitTakenBack();
     counters_ = countersBefore_;
     if (isLost_) return lostTo_;
-    StartClock();
+    link_.StartClock();
     return Ask([](odbc::Session& session) { return session.Run("ROLLBACK TO SAVEPOINT unit"); });
   }
   if (mode_ != Mode::kUnit) return Result::kNoTransaction;
   if (worked) return Commit();
-  StartClock();
+  link_.StartClock();
   Rollback();
   return Result::kDone;
 }
 
 std::string ServerEngine::CommitSql(std::int64_t commit) const {
-  const std::string now = dialect_->NowSql(), tableName = dialect_->Name("tableName");
+  const std::string now = link_.GetDialect().NowSql(), tableName = link_.GetDialect().Name("tableName");
   std::string sql;
   for (const TableDef& table : AllTables()) {
     const std::int64_t changes = changes_.Changes(table.id);
@@ -398,23 +292,18 @@ std::string ServerEngine::CommitSql(std::int64_t commit) const {
 }
 
 Result ServerEngine::Commit() {
-  StartClock();
+  link_.StartClock();
   if (isLost_) {
     const Result lostTo = lostTo_;
     Rollback();
     return lostTo;
   }
   const std::int64_t commit = ++commits_;
-  Result result = Hand(
-      [sql = CommitSql(commit)](odbc::Session& session) {
-        odbc::Rows none;
-        return session.RunTogether(sql, none);
-      },
-      kLongestCommit);
-  if (result == Result::kUnreachable) {
-    DropSession();
-    result = LookUpCommit(commit);
-  }
+  Result result = link_.AskToCommit([sql = CommitSql(commit)](odbc::Session& session) {
+    odbc::Rows none;
+    return session.RunTogether(sql, none);
+  });
+  if (result == Result::kUnreachable) result = LookUpCommit(commit);
   if (result != Result::kDone) {
     Rollback();
     return result;
@@ -433,7 +322,7 @@ Result ServerEngine::LookUpCommit(std::int64_t commit) {
   const std::string sql = "START TRANSACTION; SELECT name, value FROM counter FOR UPDATE; SELECT 'commits', commits FROM store_client "
                           "WHERE id = '" + client_ + "'; UPDATE counter SET value = value + 1 WHERE name = 'write'; COMMIT";
   Result result = Result::kUnreachable;
-  while (Left() > 0 && result != Result::kDone) {
+  while (link_.Left() > 0 && result != Result::kDone) {
     auto rows = std::make_shared<odbc::Rows>();
     result = Ask([rows, sql](odbc::Session& session) {
       const Result asked = session.RunTogether(sql, *rows);
@@ -441,7 +330,7 @@ Result ServerEngine::LookUpCommit(std::int64_t commit) {
       return asked;
     });
     if (result != Result::kDone) {
-      os::SleepMilliseconds(std::min(Left(), 100));
+      link_.Wait(100);
       continue;
     }
     const bool isThere = std::any_of(rows->begin(), rows->end(), [&](const std::vector<std::string>& row) {
@@ -453,8 +342,7 @@ Result ServerEngine::LookUpCommit(std::int64_t commit) {
 }
 
 void ServerEngine::Rollback() {
-  if (session_ != nullptr)
-    (void)Ask([](odbc::Session& session) { return session.Run("ROLLBACK"); });
+  (void)link_.Ask([](odbc::Session& session) { return session.Run("ROLLBACK"); });
   changes_.NoteRollback();
   mode_ = Mode::kIdle;
   isLost_ = false;
@@ -470,23 +358,21 @@ void ServerEngine::EndReads() {
   if (--readDepth_ > 0) return;
   isLastRead_ = false;
   const bool wasOpen = std::exchange(view_, View::kNone) == View::kOpen;
-  if (!wasOpen || HoldsTransaction() || session_ == nullptr) return;
-  StartClock();
-  (void)Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
+  if (!wasOpen || HoldsTransaction()) return;
+  link_.StartClock();
+  (void)link_.Ask([](odbc::Session& session) { return session.Run("COMMIT"); });
 }
 
 Result ServerEngine::ChangeStamps(std::span<const TableId> tables, std::int64_t& sum) {
-  StartClock();
+  link_.StartClock();
   if (isLost_) return lostTo_;
   auto stored = std::make_shared<std::int64_t>(0);
   const auto work = [stored, ids = std::vector<TableId>(tables.begin(), tables.end())](odbc::Session& session) {
     return session.SumStamps(ids, *stored);
   };
-  const Result result = BeginsWithRead() ? AskAnew(work) : Ask(work);
-  if (result != Result::kDone) {
-    NoteRead(result);
-    return result;
-  }
+  const Result result = Ask(work);
+  NoteRead(result);
+  if (result != Result::kDone) return result;
   sum = *stored;
   for (const TableId table : tables) sum += changes_.Show(table);
   return Result::kDone;
@@ -501,7 +387,7 @@ Result ServerEngine::NextNumber(std::string_view counter, std::int64_t& number) 
 }
 
 Result ServerEngine::LastNumber(std::string_view counter, std::int64_t& number) {
-  StartClock();
+  link_.StartClock();
   auto rows = std::make_shared<odbc::Rows>();
   const Result result = Ask([rows, sql = "SELECT value FROM counter WHERE name = '" + std::string(counter) + "'"](
                                 odbc::Session& session) { return session.Run(sql, *rows); });
@@ -521,9 +407,9 @@ Result ServerEngine::SetLastNumber(std::string_view counter, std::int64_t number
 Result ServerEngine::CheckIntegrity(std::string& finding) {
   finding = "ok";
   for (const TableDef& table : AllTables()) {
-    const std::string sql = dialect_->CheckSql(table);
+    const std::string sql = link_.GetDialect().CheckSql(table);
     if (!sql.empty()) {
-      StartClock();
+      link_.StartClock();
       auto rows = std::make_shared<odbc::Rows>();
       const Result result = Ask([rows, sql](odbc::Session& session) { return session.Run(sql, *rows); });
       if (result != Result::kDone) return result;

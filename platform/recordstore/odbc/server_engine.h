@@ -1,17 +1,15 @@
 #pragma once
 
-// The engine on a database server. Every question goes through a worker thread that is waited for with a bound: whatever a
-// driver does when a machine vanishes, the operation ends with a result.
+// The engine on a database server.
 
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/os/worker.h"
 #include "platform/recordstore/change_book.h"
 #include "platform/recordstore/engine.h"
-#include "platform/recordstore/odbc/session.h"
+#include "platform/recordstore/odbc/server_link.h"
 
 namespace kova::store {
 
@@ -19,7 +17,6 @@ class ServerEngine final : public Engine {
  public:
   /// Null, the reason in `result` and a line about it in `problem`, when no server can be used.
   static std::unique_ptr<Engine> Open(const ServerSettings& settings, Result& result, std::string& problem);
-  ~ServerEngine() override;
 
   Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
               RecordBlock& block) override;
@@ -45,7 +42,7 @@ class ServerEngine final : public Engine {
   Result SetLastNumber(std::string_view counter, std::int64_t number) override;
   std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
   Result CheckIntegrity(std::string& finding) override;
-  std::uint64_t RoundTrips() const override { return roundTrips_; }
+  std::uint64_t RoundTrips() const override { return link_.RoundTrips(); }
 
  private:
   enum class Mode { kIdle, kHost, kUnit, kUnitInHost };
@@ -53,18 +50,8 @@ class ServerEngine final : public Engine {
   using Counters = std::map<std::string, std::int64_t, std::less<>>;
 
   explicit ServerEngine(const ServerSettings& settings);
-  void StartClock();
-  int Left() const;
-  template <typename Work>
-  Result Hand(Work work, int milliseconds);
-  template <typename Work>
-  Result Ask(Work work);
-  template <typename Work>
-  Result AskAnew(Work work);
-  Result Connect();
-  Result ConnectTo(std::size_t host);
-  Result CheckLayout(const ServerSettings& settings);
-  void DropSession();
+  Result Ask(const ServerLink::Work& work);
+  void NoteLost(Result result);
   std::shared_ptr<const TableDef> Keep(const TableDef& table);
   static std::shared_ptr<RecordBlock> Lend(const TableDef& table, RecordBlock& block);
   odbc::Around AroundRead();
@@ -78,15 +65,8 @@ class ServerEngine final : public Engine {
   std::string CommitSql(std::int64_t commit) const;
   Result LookUpCommit(std::int64_t commit);
   bool HoldsTransaction() const { return mode_ != Mode::kIdle; }
-  bool BeginsWithRead() const { return !HoldsTransaction() && view_ != View::kOpen; }
 
-  const ServerSettings settings_;
-  const std::shared_ptr<const Dialect> dialect_;
-  std::shared_ptr<odbc::Session> session_;
-  std::unique_ptr<os::Worker> worker_;
-  std::size_t host_ = 0;      // that the session is on, or that is tried first
-  std::string lostSession_;   // number of the session that was lost on that host
-  std::string problem_;       // what was said last of a failure
+  ServerLink link_;
   std::map<std::string, std::shared_ptr<const TableDef>, std::less<>> parts_;
 
   Mode mode_ = Mode::kIdle;
@@ -100,9 +80,6 @@ class ServerEngine final : public Engine {
   Counters counters_, countersBefore_;  // of the open transaction; before its open unit
   const std::string client_;            // names this connection in store_client
   std::int64_t commits_ = 0;            // of this connection so far
-  std::int64_t deadline_ = 0;           // of os::MonotonicMilliseconds, as the next
-  std::int64_t restsUntil_ = 0;
-  std::uint64_t roundTrips_ = 0;
 };
 
 }  // namespace kova::store
