@@ -137,6 +137,9 @@ class KOVADBCALL_API Engine {
   virtual Result LastNumber(std::string_view counter, std::int64_t& number) = 0;
   virtual Result SetLastNumber(std::string_view counter, std::int64_t number) = 0;
 
+  /// For a store that several folders may name: says to all of them that a migration into it is not finished, or is.
+  virtual Result MarkUnfinished(bool) { return Result::kDone; }
+
   /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
   virtual std::uint64_t WriteCount(const TableDef& table) const = 0;
 
@@ -165,7 +168,7 @@ Result CreateDatabase(std::string_view folder, bool overNetwork, std::string& pr
 /// The same for a folder that a migration is not finished in, which OpenEngine refuses.
 std::unique_ptr<Engine> OpenUnfinished(std::string_view folder, bool overNetwork, Result& result, std::string& problem);
 
-/// In a folder while the migration into it is not finished.
+/// In a folder while the migration into it is not finished. Engine::MarkUnfinished says the same to other folders.
 inline constexpr std::string_view kUnfinishedFile = "kova.migration";
 
 /// The file that marks a folder as a database folder. Copied last, so that a half-copied folder has none.

@@ -65,14 +65,19 @@ class Migration {
     if (to_ == nullptr) return Fail(result, "the target cannot be opened");
     if (goesOn) {
       if (line != std::string::npos) (void)std::from_chars(begun.data() + line + 1, begun.data() + begun.size(), stamp_);
-      return Result::kDone;
+      return Mark(true);
     }
     result = MustBeEmpty();
     if (result == Result::kDone) result = Stamp(stamp_);
     if (result == Result::kDone &&
         files_.Create(unfinished, Folder(from) + "\n" + std::to_string(stamp_)) != os::FileOutcome::kOk)
       return Fail(Result::kReadOnly, "the target's folder cannot be written");
-    return result;
+    return result == Result::kDone ? Mark(true) : result;
+  }
+
+  Result Mark(bool isUnfinished) {
+    const Result result = to_->MarkUnfinished(isUnfinished);
+    return result == Result::kDone ? result : Fail(result, "the target cannot be written");
   }
 
   Result MustBeUnchanged() {
@@ -199,6 +204,8 @@ class Migration {
   }
 
   Result Finish(std::string_view to) {
+    const Result marked = Mark(false);
+    if (marked != Result::kDone) return marked;
     const bool worked = files_.Delete(os::JoinPath(to, kUnfinishedFile)) == os::FileOutcome::kOk;
     return worked ? Result::kDone : Fail(Result::kReadOnly, "the target's folder cannot be written");
   }

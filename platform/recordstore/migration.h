@@ -22,7 +22,7 @@ using MigrationProgress = std::function<bool(const MigrationStep&)>;
 
 /// Copies all records, in the order in which they were written, and the last numbers given, then compares every record byte
 /// for byte. `from` is only read. `to` must be laid out and hold no records, or be what an earlier call for the same
-/// `from` left unfinished; until the end a file in it makes OpenDB refuse it. kBusy when `progress` stopped it;
+/// `from` left unfinished; until the end a file in it, and a mark on its server, make OpenDB refuse it. kBusy when `progress` stopped it;
 /// kDuplicate for a `to` with records; kChanged when somebody wrote to `from` meanwhile: do it again with an empty `to`. A
 /// line in `problem` for every failure.
 Result Migrate(std::string_view from, std::string_view to, const MigrationProgress& progress, std::string& problem);

@@ -14,21 +14,26 @@ bool HasMarker(std::string_view folder) {
   return os::RealFiles().Kind(os::JoinPath(folder, kMarkerFile)) == os::PathKind::kFile;
 }
 
+std::unique_ptr<Engine> OpenIn(std::string_view folder, bool overNetwork, bool wantsUnfinished, Result& result,
+                               std::string& problem) {
+  if (!HasServerFile(folder)) return OpenSqliteEngine(folder, overNetwork, result);
+  ServerSettings settings;
+  result = HasMarker(folder) ? ReadServerSettings(folder, settings, problem) : Result::kNoDatabase;
+  return result == Result::kDone ? ServerEngine::Open(settings, wantsUnfinished, result, problem) : nullptr;
+}
+
 }  // namespace
 
 std::unique_ptr<Engine> OpenEngine(std::string_view folder, bool overNetwork, Result& result, std::string& problem) {
   if (os::RealFiles().Kind(os::JoinPath(folder, kUnfinishedFile)) != os::PathKind::kFile)
-    return OpenUnfinished(folder, overNetwork, result, problem);
+    return OpenIn(folder, overNetwork, false, result, problem);
   result = Result::kNoDatabase;
   problem = "a migration into this folder is not finished";
   return nullptr;
 }
 
 std::unique_ptr<Engine> OpenUnfinished(std::string_view folder, bool overNetwork, Result& result, std::string& problem) {
-  if (!HasServerFile(folder)) return OpenSqliteEngine(folder, overNetwork, result);
-  ServerSettings settings;
-  result = HasMarker(folder) ? ReadServerSettings(folder, settings, problem) : Result::kNoDatabase;
-  return result == Result::kDone ? ServerEngine::Open(settings, result, problem) : nullptr;
+  return OpenIn(folder, overNetwork, true, result, problem);
 }
 
 Result CreateDatabase(std::string_view folder, bool overNetwork, std::string& problem) {

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/testing/on.h"
@@ -99,6 +100,13 @@ TEST_F(Moving, IsTakenUpAgainAndOpensForNobodyMeanwhile) {
   for (const int steps : {1, 2, 4}) {
     EXPECT_EQ(Move(from_.Path(), to_.Path(), steps), Code(Result::kBusy));
     EXPECT_EQ(db.OpenDB(to_.Path().c_str()), Code(Result::kNoDatabase));
+    if (!kova::testing::OnServer()) continue;
+    // Nor by another folder that names the same database.
+    const kova::os::testing::TemporaryFolder other{"migration_other"};
+    for (const char* file : {"kova.server", "INDEXCONTROL.BTR"})
+      ASSERT_EQ(kova::os::RealFiles().Copy(to_.Path() + file, other.Path() + file), kova::os::FileOutcome::kOk);
+    EXPECT_EQ(db.OpenDB(other.Path().c_str()), Code(Result::kNoDatabase));
+    EXPECT_NE(db.GetProblem().find("not finished"), std::string::npos) << db.GetProblem();
   }
   Make(back_);
   EXPECT_EQ(Move(back_.Path(), to_.Path()), Code(Result::kDuplicate)) << "another source";

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/os/clock.h"
+#include "platform/recordstore/odbc/server_layout.h"
 
 namespace kova::store {
 namespace {
@@ -32,10 +33,12 @@ std::int64_t NumberOf(const std::string& text) {
 
 }  // namespace
 
-ServerEngine::ServerEngine(const ServerSettings& settings) : link_(settings), client_(RandomName()) {}
+ServerEngine::ServerEngine(const ServerSettings& settings, bool wantsUnfinished)
+    : link_(settings, wantsUnfinished), client_(RandomName()) {}
 
-std::unique_ptr<Engine> ServerEngine::Open(const ServerSettings& settings, Result& result, std::string& problem) {
-  std::unique_ptr<ServerEngine> engine(new ServerEngine(settings));
+std::unique_ptr<Engine> ServerEngine::Open(const ServerSettings& settings, bool wantsUnfinished, Result& result,
+                                           std::string& problem) {
+  std::unique_ptr<ServerEngine> engine(new ServerEngine(settings, wantsUnfinished));
   engine->link_.StartClock();
   result = engine->link_.Connect();
   problem = engine->link_.Problem();
@@ -402,6 +405,11 @@ Result ServerEngine::SetLastNumber(std::string_view counter, std::int64_t number
   if (found == counters_.end()) return Result::kDamaged;
   found->second = number;
   return Result::kDone;
+}
+
+Result ServerEngine::MarkUnfinished(bool isUnfinished) {
+  link_.StartClock();
+  return Ask([isUnfinished](odbc::Session& session) { return MarkServerUnfinished(session, isUnfinished); });
 }
 
 Result ServerEngine::CheckIntegrity(std::string& finding) {

@@ -16,7 +16,8 @@ namespace kova::store {
 class ServerEngine final : public Engine {
  public:
   /// Null, the reason in `result` and a line about it in `problem`, when no server can be used.
-  static std::unique_ptr<Engine> Open(const ServerSettings& settings, Result& result, std::string& problem);
+  static std::unique_ptr<Engine> Open(const ServerSettings& settings, bool wantsUnfinished, Result& result,
+                                      std::string& problem);
 
   Result Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
               RecordBlock& block) override;
@@ -41,6 +42,7 @@ class ServerEngine final : public Engine {
   Result LastNumber(std::string_view counter, std::int64_t& number) override;
   Result SetLastNumber(std::string_view counter, std::int64_t number) override;
   std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
+  Result MarkUnfinished(bool isUnfinished) override;
   Result CheckIntegrity(std::string& finding) override;
   std::uint64_t RoundTrips() const override { return link_.RoundTrips(); }
 
@@ -49,7 +51,7 @@ class ServerEngine final : public Engine {
   enum class View { kNone, kWanted, kOpen, kOver };  // over: its last read ended it, before EndReads
   using Counters = std::map<std::string, std::int64_t, std::less<>>;
 
-  explicit ServerEngine(const ServerSettings& settings);
+  ServerEngine(const ServerSettings& settings, bool wantsUnfinished);
   Result Ask(const ServerLink::Work& work);
   void NoteLost(Result result);
   std::shared_ptr<const TableDef> Keep(const TableDef& table);

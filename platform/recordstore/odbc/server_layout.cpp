@@ -82,13 +82,29 @@ Result LayOut(odbc::Session& session, const Dialect& dialect) {
 
 }  // namespace
 
-Result CheckServerLayout(odbc::Session& session, const Dialect&) {
+Result CheckServerLayout(odbc::Session& session, bool wantsUnfinished) {
   int layout = 0;
   const Result result = ReadLayout(session, layout);
   if (result != Result::kDone) return result;
   if (layout == 0) return Result::kNoDatabase;
   if (layout < kLayout) return Result::kOldVersion;
-  return layout == kLayout ? Result::kDone : Result::kWrongVersion;
+  if (layout > kLayout) return Result::kWrongVersion;
+  if (wantsUnfinished) return Result::kDone;
+  odbc::Rows rows;
+  const Result asked = session.Run("SELECT id FROM store_client WHERE id = 'migration'", rows);
+  if (asked != Result::kDone || rows.empty()) return asked;
+  session.Refuse("a migration into this database is not finished");
+  return Result::kNoDatabase;
+}
+
+// Among those who write here, with a date that keeps it from being cleared away: workstations' accounts may write there.
+Result MarkServerUnfinished(odbc::Session& session, bool isUnfinished) {
+  odbc::Rows none;
+  std::string sql = "START TRANSACTION; DELETE FROM store_client WHERE id = 'migration'; ";
+  if (isUnfinished) sql += "INSERT INTO store_client (id, commits, used) VALUES ('migration', 0, 9999999999); ";
+  const Result result = session.RunTogether(sql + "COMMIT", none);
+  if (result != Result::kDone && result != Result::kUnreachable) (void)session.Run("ROLLBACK");
+  return result;
 }
 
 Result CreateServerDatabase(const ServerSettings& settings, std::string& problem) {

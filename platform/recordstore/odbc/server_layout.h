@@ -8,8 +8,12 @@
 
 namespace kova::store {
 
-/// kDone when the database is of this program's layout; kOldVersion, kWrongVersion, or kNoDatabase when it holds none.
-Result CheckServerLayout(odbc::Session& session, const Dialect& dialect);
+/// kDone when the database is of this program's layout; kOldVersion, kWrongVersion, or kNoDatabase when it holds none, or one
+/// that a migration is not finished in, unless it is wanted.
+Result CheckServerLayout(odbc::Session& session, bool wantsUnfinished);
+
+/// Marks the database as one that a migration is not finished in, for whichever folder names it, or takes the mark away.
+Result MarkServerUnfinished(odbc::Session& session, bool isUnfinished);
 
 /// Lays out an empty practice, making the database when it is missing. The account needs the rights for it. kDuplicate,
 /// and nothing is changed, when there is one already.

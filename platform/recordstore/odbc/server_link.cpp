@@ -22,7 +22,8 @@ bool IsAnswer(Result result) {
   return result == Result::kDone || result == Result::kDuplicate || result == Result::kChanged;
 }
 
-ServerLink::ServerLink(const ServerSettings& settings) : settings_(settings), dialect_(MakeDialect(settings.kind)) {}
+ServerLink::ServerLink(const ServerSettings& settings, bool wantsUnfinished)
+    : settings_(settings), wantsUnfinished_(wantsUnfinished), dialect_(MakeDialect(settings.kind)) {}
 
 ServerLink::~ServerLink() { Drop(); }
 
@@ -100,12 +101,13 @@ Result ServerLink::ConnectTo(std::size_t host) {
   session_ = std::make_shared<odbc::Session>(dialect_);
   const std::string lost = lostHost == host ? lostSession_ : std::string();
   const Result result = Hand(
-      [settings = settings_, address = settings_.hosts[host], dialect = dialect_, lost](odbc::Session& session) {
+      [settings = settings_, wantsUnfinished = wantsUnfinished_, address = settings_.hosts[host], dialect = dialect_,
+       lost](odbc::Session& session) {
         const Result opened = session.Open(settings, address, settings.database);
         if (opened != Result::kDone) return opened;
         // What this workstation held there, it holds no more. An account may end its own sessions.
         if (!lost.empty()) (void)session.Run(dialect->EndSessionSql(lost));
-        return CheckServerLayout(session, *dialect);
+        return CheckServerLayout(session, wantsUnfinished);
       },
       std::min(Left(), kLongestConnect));
   if (result == Result::kDone)

@@ -21,7 +21,8 @@ class ServerLink {
   /// Owns what it uses, or shares it: it may outlive the call that it is handed to.
   using Work = std::function<Result(odbc::Session&)>;
 
-  explicit ServerLink(const ServerSettings& settings);
+  /// `wantsUnfinished`: also to a database that a migration is not finished in.
+  ServerLink(const ServerSettings& settings, bool wantsUnfinished);
   ~ServerLink();
 
   const Dialect& GetDialect() const { return *dialect_; }
@@ -52,6 +53,7 @@ class ServerLink {
   void Drop();
 
   const ServerSettings settings_;
+  const bool wantsUnfinished_;
   const std::shared_ptr<const Dialect> dialect_;
   std::shared_ptr<odbc::Session> session_;
   std::unique_ptr<os::Worker> worker_;

@@ -67,6 +67,8 @@ class Session {
   /// The same of several statements, ";" between them.
   Result RunTogether(std::string_view statements, Rows& rows) { return Run(dialect_->Together(statements), rows); }
 
+  /// What Problem says from now on, of a server that answers and cannot be used all the same.
+  void Refuse(std::string why) { connection_.Refuse(std::move(why)); }
   /// What the driver said of the last failure, UTF-8.
   const std::string& Problem() const { return connection_.Failure().text; }
   std::uint64_t RoundTrips() const { return connection_.RoundTrips(); }
