@@ -33,9 +33,9 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 using visitflow::BoardButton;
 using visitflow::BoardRow;
 using visitflow::MoveOutcome;

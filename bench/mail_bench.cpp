@@ -24,8 +24,8 @@ namespace kova::bench {
 namespace {
 
 using os::FileOutcome;
-using store::testing::On;
 using store::PutText;
+using store::testing::On;
 
 constexpr int kPatients = 1000;
 

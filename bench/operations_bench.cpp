@@ -17,8 +17,8 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::PutText;
+using store::testing::On;
 
 // A settings file of some 300 lines with five tax periods; the date asked for lies in the last.
 void WriteSettings(const std::string& file) {

@@ -14,9 +14,9 @@ namespace kova::bench {
 namespace {
 
 using pickers::SearchMode;
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 
 constexpr int kPatients = 100000;
 constexpr int kFamilies = 40;

@@ -22,8 +22,8 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::PutText;
+using store::testing::On;
 
 constexpr int kPatients = 1000;
 constexpr int kAppointments = 4;

@@ -13,9 +13,9 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 
 constexpr int kRounds = 41;
 constexpr int kReads = 2000;

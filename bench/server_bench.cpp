@@ -16,9 +16,9 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 
 constexpr int kPatients = 5000;
 constexpr int kReservations = 100;

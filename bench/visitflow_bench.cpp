@@ -19,9 +19,9 @@
 namespace kova::bench {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 using visitflow::Board;
 using visitflow::BoardButton;
 using visitflow::DayRow;

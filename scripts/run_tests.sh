@@ -161,9 +161,10 @@ for group in "${groups[@]}"; do
       while read -r name; do
         run_program windows "$name" wine "build/windows/bin/$name.exe"
       done < <(grep -vE "$in_windows" build/windows/test_programs.txt)
+      display_start || exit 1
+      display_scale 96
       run_on_servers windows build/windows/server_tests.txt wine build/windows/bin/@.exe
       # Dialogs, at 100, 150 and 200 % of the screen's scale; their pictures are kept.
-      display_start || exit 1
       for scale in 96 144 192; do
         run_windows "$scale"
       done

@@ -21,9 +21,9 @@
 
 namespace {
 
-using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
+using kova::store::testing::On;
 using kova::testing::BuiltProgram;
 using kova::testing::ProgramRun;
 using kova::testing::RunProgram;

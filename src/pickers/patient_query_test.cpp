@@ -10,8 +10,8 @@
 namespace kova::pickers {
 namespace {
 
-using store::testing::On;
 using store::PutText;
+using store::testing::On;
 
 // A patient as "code name reading maidenName"; "-" for an empty text.
 struct Row {

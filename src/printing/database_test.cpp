@@ -13,8 +13,8 @@
 namespace kova::printing {
 namespace {
 
-using store::testing::On;
 using store::PutText;
+using store::testing::On;
 using testing::Columns;
 using testing::Settings;
 using Texts = std::vector<std::string>;

@@ -16,9 +16,9 @@
 namespace kova::visitflow {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
+using store::testing::On;
 using testing::BoardText;
 using testing::kDay;
 using testing::StateOf;

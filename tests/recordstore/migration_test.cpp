@@ -13,10 +13,10 @@
 
 namespace {
 
-using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
+using kova::store::testing::On;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 constexpr int kPatients = 2500;

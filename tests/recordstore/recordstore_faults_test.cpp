@@ -21,10 +21,10 @@
 namespace kova::testing {
 namespace {
 
-using store::testing::On;
 using store::GetText;
 using store::PutText;
 using store::Result;
+using store::testing::On;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 

@@ -16,8 +16,8 @@
 
 namespace {
 
-using kova::store::testing::On;
 using kova::store::PutText;
+using kova::store::testing::On;
 
 constexpr int kRows = 100;
 

@@ -21,9 +21,9 @@
 
 namespace {
 
-using kova::store::testing::On;
 using kova::store::PutText;
 using kova::store::Result;
+using kova::store::testing::On;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::MakeSale;
@@ -286,6 +286,24 @@ TEST_F(ServerFaults, AnotherServerIsToldAndNamed) {
   EXPECT_NE(db.GetProblem().find("or newer"), std::string::npos) << db.GetProblem();
   proxy.Tell("babble");
   EXPECT_EQ(Timed([&] { return Open(db); }), Code(Result::kUnreachable)) << db.GetProblem();
+}
+
+TEST_F(ServerFaults, ARefusalInAnotherLanguageIsUnderstood) {
+  Proxy proxy(FirstHost());
+  proxy.Tell("foreign");
+  Say(proxy.Host());
+  CKovaDBSys db;
+  ASSERT_EQ(Open(db), 0) << db.GetProblem();
+  const std::string password = Environment("KOVA_DB_PASSWORD");
+  setenv("KOVA_DB_PASSWORD", "wrong", 1);
+  EXPECT_EQ(Open(db), Code(Result::kNoAccess)) << db.GetProblem();
+  setenv("KOVA_DB_PASSWORD", password.c_str(), 1);
+  database_ = kova::testing::NewDatabaseName();
+  Say(proxy.Host());
+  EXPECT_EQ(Open(db), Code(Result::kNoDatabase)) << db.GetProblem();
+  std::string problem;
+  EXPECT_EQ(KovaCreateDatabase(folder_.Path().c_str(), &problem), 0) << problem;
+  EXPECT_EQ(Open(db), 0) << db.GetProblem();
 }
 
 TEST_F(ServerFaults, StampsGoOnWhenAClockIsSetBack) {

@@ -17,9 +17,9 @@
 
 namespace {
 
-using kova::store::testing::On;
 using kova::store::PutText;
 using kova::store::Result;
+using kova::store::testing::On;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::Timed;

@@ -5,6 +5,7 @@
 //   hold      take everything, answer nothing, and tell nobody; connections stay open
 //   refuse    end every connection, and each new one at once
 //   old       hand everything on, and the greeting of an older server
+//   foreign   hand everything on, and the server's words for a refusal in no language
 //   babble    answer each new connection with something else
 //   lose      hand a COMMIT on, and end the connection instead of handing the answer back; once
 //   swallow   end both sides when a COMMIT comes, which the server never sees; once
@@ -24,6 +25,11 @@ function end(...sockets) {
 function asOld(bytes) {
   const text = bytes.toString('latin1');
   return Buffer.from(text.replace(/-10\.\d\d\./, '-10.01.').replace(/(server_version\0)\d\d/, '$109'), 'latin1');
+}
+
+function asForeign(bytes) {
+  if (!bytes.includes('FATAL')) return bytes;
+  return Buffer.from(bytes.toString('latin1').replace(/[a-z]+(?= )|(?<= )[a-z]+/g, word => '?'.repeat(word.length)), 'latin1');
 }
 
 const proxy = net.createServer(client => {
@@ -48,7 +54,7 @@ const proxy = net.createServer(client => {
   server.on('data', bytes => {
     if (mode === 'hold') return;
     if (answerIsLost) return end(client, server);
-    client.write(mode === 'old' ? asOld(bytes) : bytes);
+    client.write(mode === 'old' ? asOld(bytes) : mode === 'foreign' ? asForeign(bytes) : bytes);
   });
   for (const [one, other] of [[client, server], [server, client]]) {
     one.on('error', () => {});

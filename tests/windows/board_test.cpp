@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "hosts/reception/resource.h"
 #include "platform/os/clock.h"
 #include "platform/recordstore/testing/on.h"
+#include "tests/recordstore/store_server.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
 #include "visitflow/win32/visit_flow_dlg.h"
@@ -21,9 +23,10 @@
 namespace {
 
 using namespace kova::person;
-using kova::store::testing::On;
 using kova::store::GetText;
 using kova::store::PutText;
+using kova::store::testing::On;
+using kova::testing::Environment;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
 using kova::visitflow::BoardButton;
@@ -201,6 +204,38 @@ TEST_F(VisitFlowWindow, SeesOtherWorkstationsAndWritesNothingBlindly) {
   EXPECT_EQ(Read(4).visited, 0);
   EXPECT_EQ(T::GetGlobalSettingInt("KOVACOM", "VisitFlowAutoUpdate", 0), 1);
   EXPECT_GT(T::GetGlobalSettingInt("KOVACOM", "VisitFlowWindowWidth", 0), 0);
+}
+
+TEST_F(VisitFlowWindow, ShowsTheDayWhileTheServerIsGoneAndGoesOn) {
+  if (Environment("KOVA_SERVER_KIND") != "PostgreSQL") GTEST_SKIP() << "no server whose end is the end of all of them";
+  const auto server = [](const char* command) {  // does not wait for it
+    (void)std::system(("start /unix /bin/bash " KOVA_SCRIPTS "/postgres.sh " + std::string(command) + " >nul 2>nul").c_str());
+  };
+  AddDay();
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         const auto says = [&](const char* words) {
+           return Shown(Item(board, Board::kStatus)).find(words) != std::string::npos;
+         };
+         WaitForRows(board, 4, 2, 1);
+         Press(board, Board::kAuto);
+         server("kill");
+         WaitFor("the quiet line", [&] { return says("の表示です。データベースに接続できません。"); });
+         Select(board, Board::kBeforeList, {0});
+         Press(board, Button(BoardButton::kBeforeToNext));  // nothing comes of it
+         WaitForRows(board, 4, 2, 1);
+         Photograph(board, "board_server_gone");
+         EXPECT_EQ(Faults(board), "");
+         server("restart");
+         WaitFor("the server", [&] { return practice_.Open() == 0; });
+         MoveElsewhere(2, "20");
+         WaitForRows(board, 3, 3, 1);
+         WaitFor("what became of the move", [&] { return says("保存できませんでした：101"); });
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+  EXPECT_EQ(GetText(Read(1).stageCode), "");
 }
 
 TEST_F(VisitFlowWindow, RowsAreDraggedWhereTheyBelong) {

@@ -14,8 +14,8 @@
 namespace {
 
 using namespace kova::person;
-using kova::store::testing::On;
 using kova::store::PutText;
+using kova::store::testing::On;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
 using Query = kova::pickers::CQueryPatientDlg;

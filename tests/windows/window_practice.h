@@ -12,6 +12,7 @@
 #include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "tests/recordstore/store_server.h"
 
 namespace kova::testing {
 
@@ -26,8 +27,9 @@ class WindowPractice {
     (void)os::RealFiles().Replace(profile_, "[GLOBAL]\r\nDATABASE=" + folder_.Path() + "\r\n");
     (void)os::RealFiles().MakeFolder(folder_.Path() + "templates");
     app_.m_pszProfileName = profile_.c_str();
+    PutOnServer(folder_.Path(), NewDatabaseName());
     KovaCreateDatabase(folder_.Path().c_str());
-    database_.OpenDB(folder_.Path().c_str());
+    EXPECT_EQ(Open(), 0) << database_.GetProblem();
   }
 
   const std::string& Folder() const { return folder_.Path(); }
@@ -35,6 +37,7 @@ class WindowPractice {
   /// The application profile as a program's argument.
   std::string Profile() const { return folder_.Argument() + "app.ini"; }
   CKovaDBSys& Database() { return database_; }
+  int Open() { return database_.OpenDB(folder_.Path().c_str()); }
 
  private:
   os::testing::TemporaryFolder folder_;

@@ -105,10 +105,9 @@ class PostgreSql final : public Dialect {
     if (group == "28") return Result::kNoAccess;
     if (state == "42P01" || state == "42703" || group == "XX") return Result::kDamaged;
     if (group == "57" || group == "53" || state == "25P03") return Result::kUnreachable;
-    // What goes wrong while connecting is told by the driver in words only.
-    if (says("password authentication failed") || says("no password supplied") ||
-        (says("role \"") && says("does not exist")))
-      return Result::kNoAccess;
+    // What goes wrong while connecting is told by the driver in words only, and in the server's language: the rest is told
+    // by the names in it. This is the client's own word for a missing password.
+    if (says("fe_sendauth") || says("password authentication failed")) return Result::kNoAccess;
     if (says("database \"") && says("does not exist")) return Result::kNoDatabase;
     return TranslateState(diagnostic);
   }

@@ -142,16 +142,25 @@ Session::Session(std::shared_ptr<const Dialect> dialect) : dialect_(std::move(di
 Session::~Session() = default;
 
 Result Session::Open(const ServerSettings& settings, const ServerAddress& address, std::string_view database) {
-  if (!connection_.Open(dialect_->ConnectionString(settings, address, database), kConnectSeconds)) {
-    const Result result = Failed();
-    return result == Result::kFailed ? Result::kUnreachable : result;
-  }
+  if (!connection_.Open(dialect_->ConnectionString(settings, address, database), kConnectSeconds))
+    return WhyNotOpened(settings.account, database);
   if (!IsUsable()) return Result::kWrongVersion;
   Rows rows;
   const Result result = Run(dialect_->SessionSql(), rows);
   if (result == Result::kDone && !rows.empty() && !rows.back().empty()) id_ = rows.back().front();
   // A node that waits in vain for the others is of no use now.
   return result == Result::kBusy ? Result::kUnreachable : result;
+}
+
+Result Session::WhyNotOpened(std::string_view account, std::string_view database) const {
+  const Result result = Failed();
+  if (result != Result::kFailed && result != Result::kUnreachable) return result;
+  // A server that speaks another language still names whom or what it refuses.
+  const auto names = [&](std::string_view name) {
+    return !name.empty() && Problem().find('"' + std::string(name) + '"') != std::string::npos;
+  };
+  if (names(account)) return Result::kNoAccess;
+  return names(database) ? Result::kNoDatabase : Result::kUnreachable;
 }
 
 bool Session::IsUsable() {

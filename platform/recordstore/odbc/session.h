@@ -78,6 +78,7 @@ class Session {
   struct PreparedWrite;
   struct PreparedNumbers;
   bool IsUsable();
+  Result WhyNotOpened(std::string_view account, std::string_view database) const;
   Result Failed() const { return dialect_->Translate(connection_.Failure()); }
   Result ReadText(const TableDef& table, std::string sql, const Around& around, std::size_t rows, RecordBlock& block);
   PreparedWrite* WriteStatement(const TableDef& table, char what);
