@@ -182,6 +182,15 @@ TEST_F(ServerFaults, AWalkGoesOnOnAnotherServer) {
   EXPECT_EQ(Timed([&] { return sales.GetNEXT(); }), 0);
   EXPECT_STREQ(sales.record.saleNumber, "000000000002");
   EXPECT_EQ(Timed([&] { return MakeSale(db); }), 0);
+  // From a server that is silent, too, in the same operation.
+  proxy.Tell("pass");
+  CKovaDBSys third;
+  ASSERT_EQ(Open(third), 0);
+  ASSERT_EQ(sales.SetAssociatedDB(&third), 0);
+  ASSERT_EQ(sales.GetFIRST(), 0);
+  proxy.Tell("hold");
+  EXPECT_EQ(Timed([&] { return sales.GetNEXT(); }), 0);
+  EXPECT_STREQ(sales.record.saleNumber, "000000000002");
   // In the middle of a transaction there is no way on, and nothing of it is kept.
   proxy.Tell("pass");
   CKovaDBSys second;

@@ -15,6 +15,7 @@ constexpr int kLongestAnswer = 7000;     // the wait for a lock, which is 5 s, a
 constexpr int kLongestCommit = 5000;
 constexpr int kLongestGoodbye = 500;
 constexpr int kLongestRest = 3000;  // after all servers were tried in vain
+constexpr int kSilence = 1000;      // a server that takes longer to be lost than this does not answer
 
 }  // namespace
 
@@ -50,6 +51,7 @@ Result ServerLink::Hand(const Work& work, int milliseconds) {
       milliseconds);
   if (!isDone) {
     problem_ = settings_.hosts[host_].Text() + ": no answer";
+    NoteLost();
     session_.reset();  // the worker's thread ends it, once the driver comes back
     worker_.reset();
     return Result::kUnreachable;
@@ -61,8 +63,12 @@ Result ServerLink::Hand(const Work& work, int milliseconds) {
 
 Result ServerLink::AskFor(const Work& work, int milliseconds) {
   if (session_ == nullptr) return Result::kUnreachable;
+  const std::int64_t begun = os::MonotonicMilliseconds();
   const Result result = Hand(work, std::min(Left(), milliseconds));
-  if (result == Result::kUnreachable) Drop();
+  if (result != Result::kUnreachable) return result;
+  Drop();
+  // From one that was ended it may be had again at once; on one that is silent the rest of the time is not spent as well.
+  if (os::MonotonicMilliseconds() - begun > kSilence) host_ = (host_ + 1) % settings_.hosts.size();
   return result;
 }
 
@@ -95,11 +101,11 @@ Result ServerLink::Connect() {
 }
 
 Result ServerLink::ConnectTo(std::size_t host) {
-  const std::size_t lostHost = std::exchange(host_, host);
+  host_ = host;
   worker_ = os::Worker::Start();
   if (worker_ == nullptr) return Result::kFailed;
   session_ = std::make_shared<odbc::Session>(dialect_);
-  const std::string lost = lostHost == host ? lostSession_ : std::string();
+  const std::string lost = lostHost_ == host ? lostId_ : std::string();
   const Result result = Hand(
       [settings = settings_, wantsUnfinished = wantsUnfinished_, address = settings_.hosts[host], dialect = dialect_,
        lost](odbc::Session& session) {
@@ -110,16 +116,24 @@ Result ServerLink::ConnectTo(std::size_t host) {
         return CheckServerLayout(session, wantsUnfinished);
       },
       std::min(Left(), kLongestConnect));
-  if (result == Result::kDone)
-    lostSession_.clear();
-  else
+  if (result != Result::kDone) {
     Drop();
+    return result;
+  }
+  sessionId_ = session_->Id();
+  if (lostHost_ == host) lostId_.clear();
   return result;
+}
+
+void ServerLink::NoteLost() {
+  if (sessionId_.empty()) return;
+  lostId_ = std::exchange(sessionId_, {});
+  lostHost_ = host_;
 }
 
 void ServerLink::Drop() {
   if (session_ != nullptr) {
-    if (!session_->Id().empty()) lostSession_ = session_->Id();
+    NoteLost();
     (void)worker_->Run([session = std::move(session_)]() mutable { session.reset(); }, kLongestGoodbye);
     session_.reset();
   }

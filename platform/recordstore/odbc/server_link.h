@@ -51,14 +51,17 @@ class ServerLink {
   Result Hand(const Work& work, int milliseconds);
   Result AskFor(const Work& work, int milliseconds);
   void Drop();
+  void NoteLost();
 
   const ServerSettings settings_;
   const bool wantsUnfinished_;
   const std::shared_ptr<const Dialect> dialect_;
   std::shared_ptr<odbc::Session> session_;
   std::unique_ptr<os::Worker> worker_;
-  std::size_t host_ = 0;     // that the session is on, or that is tried first
-  std::string lostSession_;  // number of the session that was lost on that host
+  std::size_t host_ = 0;   // that the session is on, or that is tried first
+  std::string sessionId_;  // of the open session, on its server
+  std::string lostId_;     // of the session that was lost last, on the server `lostHost_`
+  std::size_t lostHost_ = 0;
   std::string problem_;
   std::int64_t deadline_ = 0;  // of os::MonotonicMilliseconds, as the next
   std::int64_t restsUntil_ = 0;
