@@ -220,14 +220,14 @@ TEST_F(VisitFlowWindow, ShowsTheDayWhileTheServerIsGoneAndGoesOn) {
          };
          WaitForRows(board, 4, 2, 1);
          Press(board, Board::kAuto);
-         server("kill");
+         server("freeze");
          WaitFor("the quiet line", [&] { return says("の表示です。データベースに接続できません。"); });
          Select(board, Board::kBeforeList, {0});
          Press(board, Button(BoardButton::kBeforeToNext));  // nothing comes of it
          WaitForRows(board, 4, 2, 1);
          Photograph(board, "board_server_gone");
          EXPECT_EQ(Faults(board), "");
-         server("restart");
+         server("thaw");
          WaitFor("the server", [&] { return practice_.Open() == 0; });
          MoveElsewhere(2, "20");
          WaitForRows(board, 3, 3, 1);
