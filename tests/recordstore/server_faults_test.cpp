@@ -2,10 +2,8 @@
 // server (store_server.h).
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -14,7 +12,9 @@
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/testing/on.h"
 #include "tests/recordstore/sales_at_work.h"
+#include "tests/recordstore/small_disk.h"
 #include "tests/recordstore/store_server.h"
+#include "tests/recordstore/tcp_proxy.h"
 #include "visitflow/board_session.h"
 #include "visitflow/testing/board_text.h"
 #include "visitflow/testing/small_practice.h"
@@ -27,6 +27,8 @@ using kova::store::testing::On;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::MakeSale;
+using kova::testing::Proxy;
+using kova::testing::SmallDisk;
 using kova::testing::Timed;
 
 std::string FirstHost() { return Environment("KOVA_SERVER_HOSTS").substr(0, Environment("KOVA_SERVER_HOSTS").find(',')); }
@@ -36,54 +38,6 @@ std::string OtherHosts() {
   const std::size_t comma = hosts.find(',');
   return comma == std::string::npos ? std::string() : hosts.substr(comma);
 }
-
-/// A network in between, tests/recordstore/tcp_proxy.mjs.
-class Proxy {
- public:
-  explicit Proxy(const std::string& server) {
-    const std::size_t colon = server.find(':');
-    int toChild[2], fromChild[2];
-    EXPECT_EQ(pipe(toChild), 0);
-    EXPECT_EQ(pipe(fromChild), 0);
-    child_ = fork();
-    if (child_ == 0) {
-      dup2(toChild[0], 0);
-      dup2(fromChild[1], 1);
-      for (const int fd : {toChild[0], toChild[1], fromChild[0], fromChild[1]}) close(fd);
-      execlp("node", "node", KOVA_TESTS_FOLDER "/tcp_proxy.mjs", server.substr(0, colon).c_str(),
-             server.substr(colon + 1).c_str(), nullptr);
-      _exit(127);
-    }
-    close(toChild[0]);
-    close(fromChild[1]);
-    to_ = fdopen(toChild[1], "w");
-    from_ = fdopen(fromChild[0], "r");
-    port_ = Heard();
-  }
-  ~Proxy() {
-    std::fclose(to_);
-    std::fclose(from_);
-    waitpid(child_, nullptr, 0);
-  }
-  std::string Host() const { return "127.0.0.1:" + port_; }
-  /// Gives the answer.
-  std::string Tell(const char* word) {
-    std::fprintf(to_, "%s\n", word);
-    std::fflush(to_);
-    return Heard();
-  }
-
- private:
-  std::string Heard() {
-    char line[64];
-    if (std::fgets(line, sizeof line, from_) == nullptr) return "gone";
-    return std::string(line).substr(0, std::string_view(line).find('\n'));
-  }
-  pid_t child_ = -1;
-  std::string port_;
-  std::FILE* to_ = nullptr;
-  std::FILE* from_ = nullptr;
-};
 
 class ServerFaults : public testing::Test {
  protected:
@@ -326,27 +280,6 @@ TEST_F(ServerFaults, StampsGoOnWhenAClockIsSetBack) {
   ASSERT_EQ(db.GetChangeStamp({kova::store::TableId::Sale}, after), 0);
   EXPECT_GT(after, before);
 }
-
-/// A disk of its own, of so many MB, that the first server has at a folder; gone with it. `HasDisk` is false where none can be
-/// mounted.
-class SmallDisk {
- public:
-  SmallDisk(std::string folder, int megabytes)
-      : folder_(std::move(folder)),
-        isThere_(Run("mkdir -p " + folder_ + " && mount -t tmpfs -o mode=700,size=" + std::to_string(megabytes) +
-                     "m,uid=$(stat -c %u " + Environment("KOVA_SERVER_FOLDER") + "/node1/data) kova " + folder_)) {}
-  ~SmallDisk() {
-    EXPECT_TRUE(!isThere_ || Run("umount " + folder_));
-  }
-  bool IsThere() const { return isThere_; }
-  void Fill() const { (void)Run("dd if=/dev/zero of=" + folder_ + "/filled bs=4096"); }
-  void Clear() const { EXPECT_TRUE(Run("rm " + folder_ + "/filled")); }
-  static bool Run(const std::string& command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
-
- private:
-  std::string folder_;
-  bool isThere_;
-};
 
 TEST_F(ServerFaults, AFullDiskIsToldAndNothingIsHalfWritten) {
   const bool isCluster = Environment("KOVA_SERVER_KIND") != "PostgreSQL";
