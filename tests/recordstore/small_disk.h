@@ -16,10 +16,12 @@ class SmallDisk {
  public:
   SmallDisk(std::string folder, int megabytes)
       : folder_(std::move(folder)),
-        isThere_(Run("mkdir -p " + folder_ + " && mount -t tmpfs -o mode=700,size=" + std::to_string(megabytes) +
+        isFolderOurs_(Run("mkdir " + folder_)),
+        isThere_(Run("mount -t tmpfs -o mode=700,size=" + std::to_string(megabytes) +
                      "m,uid=$(stat -c %u " + Environment("KOVA_SERVER_FOLDER") + "/node1/data) kova " + folder_)) {}
   ~SmallDisk() {
     EXPECT_TRUE(!isThere_ || Run("umount " + folder_));
+    EXPECT_TRUE(!isFolderOurs_ || Run("rmdir " + folder_));
   }
   bool IsThere() const { return isThere_; }
   void Fill() const { (void)Run("dd if=/dev/zero of=" + folder_ + "/filled bs=4096"); }
@@ -28,7 +30,7 @@ class SmallDisk {
 
  private:
   std::string folder_;
-  bool isThere_;
+  bool isFolderOurs_, isThere_;
 };
 
 }  // namespace kova::testing
