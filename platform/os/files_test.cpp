@@ -14,6 +14,7 @@
 #include "platform/os/profile_file.h"
 #include "platform/os/program.h"
 #include "platform/os/testing/fake_files.h"
+#include "platform/os/testing/fake_retry_timing.h"
 #include "platform/os/testing/temporary_folder.h"
 
 #ifdef _WIN32
@@ -217,15 +218,16 @@ TEST(UpdateProfileFile, EveryFaultLeavesTheOldFile) {
 }
 
 TEST(UpdateProfileFile, AForeignWriteInBetweenIsKept) {
+  testing::FakeRetryTiming timing;
   testing::FakeFiles files;
   int times = 0;
   files.beforeRename = [&] {
     if (++times <= 2) files.contents["x.ini"] = "[A]\nother=" + std::to_string(times) + "\n";
   };
-  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "2"), FileOutcome::kOk);
+  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "2", timing), FileOutcome::kOk);
   EXPECT_EQ(files.contents["x.ini"], "[A]\nother=2\nk=2\n");
   files.beforeRename = [&] { files.contents["x.ini"] = "[A]\nother=" + std::to_string(++times) + "\n"; };
-  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "3"), FileOutcome::kChanged);
+  EXPECT_EQ(UpdateProfileFile(files, "x.ini", "A", "k", "3", timing), FileOutcome::kChanged);
 }
 
 #ifdef _WIN32

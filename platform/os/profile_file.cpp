@@ -5,19 +5,18 @@
 namespace kova::os {
 namespace {
 
-constexpr int kPatience = 5000;  // milliseconds
-constexpr int kAttempts = 20;    // against a program that writes without our lock
+constexpr int kPatience = 5000;  // milliseconds; longer than another writer retries while it holds the lock
 
 }  // namespace
 
 FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_view section,
-                              std::optional<std::string_view> key, std::optional<std::string_view> value) {
+                              std::optional<std::string_view> key, std::optional<std::string_view> value,
+                              RetryTiming& timing) {
   if (path.empty()) return FileOutcome::kNotThere;
   std::unique_ptr<FileLock> lock;
   const FileOutcome locked = files.Lock(std::string(path) + ".lock", kPatience, lock);
   if (locked != FileOutcome::kOk) return locked;
-  FileOutcome outcome = FileOutcome::kChanged;
-  for (int attempt = 0; attempt < kAttempts && outcome == FileOutcome::kChanged; ++attempt) {
+  const auto attempt = [&] {
     std::string old;
     const FileOutcome read = files.Read(path, kProfileFileLimit, old);
     if (read != FileOutcome::kOk && read != FileOutcome::kNotThere) return read;
@@ -25,9 +24,11 @@ FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_v
     if (!edited) return FileOutcome::kFailed;
     if (*edited == old) return FileOutcome::kOk;
     const bool there = read == FileOutcome::kOk;
-    outcome = files.Replace(path, *edited, there ? Precondition::Content(old) : Precondition::NoFile());
-  }
-  return outcome;
+    return files.Replace(path, *edited, there ? Precondition::Content(old) : Precondition::NoFile());
+  };
+  // Against a program that writes without our lock.
+  return RetryWhile(
+      attempt, [](FileOutcome outcome) { return outcome == FileOutcome::kChanged; }, timing);
 }
 
 std::string ReadProfileFile(Files& files, std::string_view path) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/os/files.h"
+#include "platform/os/retry.h"
 
 namespace kova::os {
 
@@ -17,11 +18,12 @@ inline constexpr std::size_t kProfileFileLimit = std::size_t{256} << 20;
 ///
 /// Any number of processes may do so at once: each holds the file `path` + ".lock" meanwhile, waiting for it
 /// at most five seconds. A program that writes without that lock is noticed up to the moment of the exchange,
-/// and the edit made again on what it left. On any outcome but kOk the file is as it was; kFailed also for a
-/// section or key that cannot be written.
+/// and the edit made again on what it left, for about two seconds (RetryWhile). On any outcome but kOk the
+/// file is as it was; kFailed also for a section or key that cannot be written.
 [[nodiscard]] FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_view section,
                                             std::optional<std::string_view> key,
-                                            std::optional<std::string_view> value);
+                                            std::optional<std::string_view> value,
+                                            RetryTiming& timing = SystemRetryTiming());
 
 /// The bytes of the profile file `path`; empty when it is missing, too large or cannot be read.
 std::string ReadProfileFile(Files& files, std::string_view path);

@@ -106,6 +106,8 @@ class KOVADBCALL_API Engine {
   virtual Result Begin() = 0;
   virtual Result End() = 0;
   virtual Result Abort() = 0;
+  /// True from Begin or BeginUnit to the matching end, also when the transaction was lost meanwhile.
+  virtual bool HoldsTransaction() const = 0;
 
   /// Several writes that belong together, within the host's transaction or as one of their own. Not nested.
   virtual Result BeginUnit() = 0;

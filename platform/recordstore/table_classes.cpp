@@ -6,7 +6,7 @@
 #include <new>
 #include <vector>
 
-#include "platform/os/clock.h"
+#include "platform/os/retry.h"
 #include "platform/recordstore/cursor.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/result.h"
@@ -21,29 +21,29 @@ namespace {
 
 int Code(Result result) { return static_cast<int>(result); }
 
-// Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only. Done again, a bounded number
-// of times, when another workstation's were faster; `written` are the tables whose current records it writes.
+// Several writes as one: `writes` gives 0 when all of them worked, and they are kept then only. Retried when
+// another workstation's were faster; `written` are the tables whose current records it writes.
 template <typename Writes>
 int AsUnit(Engine* engine, std::initializer_list<Cursor*> written, Writes writes) {
-  constexpr int kAttempts = 5;
   if (engine == nullptr) return Code(Result::kNotOpen);
   try {
     std::vector<Cursor::Mark> marks;
     for (const Cursor* each : written) marks.push_back(each->GetMark());
-    int result = Code(Result::kConflict);
-    for (int attempt = 1; attempt <= kAttempts && result == Code(Result::kConflict); ++attempt) {
-      if (attempt > 1) kova::os::SleepMilliseconds(5 << attempt);
+    const auto attempt = [&] {
       const Result begun = engine->BeginUnit();
-      // The host's transaction may be what was refused: then there is none to go on in.
-      if (begun != Result::kDone) return attempt > 1 ? result : Code(begun);
-      result = writes();
+      if (begun != Result::kDone) return Code(begun);
+      int result = writes();
       const Result ended = engine->EndUnit(result == 0);
       if (result == 0) result = Code(ended);
-      if (result == 0) break;
+      if (result == 0) return result;
       std::size_t at = 0;
       for (Cursor* each : written) each->ReturnTo(marks[at++]);
-    }
-    return result;
+      return result;
+    };
+    // A conflict in the host's transaction loses all of it: there is none to go on in, and only the host can
+    // begin it again.
+    if (engine->HoldsTransaction()) return attempt();
+    return kova::os::RetryWhile(attempt, [](int result) { return result == Code(Result::kConflict); });
   } catch (const std::exception&) {
     (void)engine->EndUnit(false);
     return Code(Result::kFailed);

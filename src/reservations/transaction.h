@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/os/clock.h"
+#include "platform/os/retry.h"
 #include "platform/recordstore/kovadbcall.h"
 
 namespace kova::reservations {
@@ -32,17 +32,13 @@ class Transaction {
   bool ended_ = false;
 };
 
-/// Does `work` again, a few times, while another workstation's transaction won over its own; it gives the record store's
-/// result, and whatever it reads and writes is read and written anew.
+/// Retries `work` (os::RetryWhile) while another workstation's transaction won over its own. Returns the
+/// record store's result, which `work` gives. `work` makes its own Transaction and reads everything anew
+/// within it: the record store does not retry inside a transaction, so this is the only loop.
 template <typename Work>
 int WhileInConflict(Work work) {
-  constexpr int kAttempts = 5;
-  int result = work();
-  for (int attempt = 1; attempt < kAttempts && result == static_cast<int>(store::Result::kConflict); ++attempt) {
-    os::SleepMilliseconds(10 << attempt);
-    result = work();
-  }
-  return result;
+  return os::RetryWhile(work,
+                        [](int result) { return result == static_cast<int>(store::Result::kConflict); });
 }
 
 }  // namespace kova::reservations

@@ -1,11 +1,36 @@
 // What the record store promises of single tables, and of the connection.
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "tests/recordstore/record_store_contract.h"
 
 namespace kova::testing {
 namespace {
+
+// Refuses units as a node does when another one was faster.
+class RefusingEngine final : public store::testing::DistantEngine {
+ public:
+  using DistantEngine::DistantEngine;
+  int beginnings = 0, ends = 0;  // still to be refused
+  int begun = 0;
+
+  Result BeginUnit() override {
+    if (beginnings > 0) {
+      --beginnings;
+      return Result::kConflict;
+    }
+    ++begun;
+    return DistantEngine::BeginUnit();
+  }
+  Result EndUnit(bool worked) override {
+    if (ends == 0 || !worked) return DistantEngine::EndUnit(worked);
+    --ends;
+    (void)DistantEngine::EndUnit(false);
+    return Result::kConflict;
+  }
+};
 
 TEST_P(RecordStore, InsertAdjustFeeNumbersAndWritesBothOrNeither) {
   On<CSaleDB> sale(db_);
@@ -79,6 +104,38 @@ TEST_P(RecordStore, TheSpecialOperationsOfTables) {
   ASSERT_EQ(charge.Insert(), 0);
   EXPECT_EQ(charge.Delete(0), Code(Result::kReceipted));
   EXPECT_EQ(charge.Delete(1), 0);
+}
+
+TEST_P(RecordStore, AUnitIsRetriedButNotInTheHostsTransaction) {
+  RefusingEngine* engine = nullptr;
+  db_.WrapEngine([&](std::unique_ptr<store::Engine> wrapped) {
+    auto refusing = std::make_unique<RefusingEngine>(std::move(wrapped));
+    engine = refusing.get();
+    return refusing;
+  });
+  On<CPatientDB> patient(db_);
+  On<CPatientDB2> second(db_);
+  PutText(patient.record.patientCode, "P1");
+  PutText(second.record.patientCode, "P1");
+  ASSERT_EQ(patient.Insert(), 0);
+  ASSERT_EQ(second.Insert(), 0);
+  ASSERT_EQ(patient.GetPatientData(&second, "P1"), 0);
+  // Each attempt compares with what was read, not with what a refused one wrote.
+  second.record.mailPermission = 1;
+  engine->beginnings = 2;
+  engine->ends = 2;
+  EXPECT_EQ(patient.UpdatePatientData(&second, UPDATE_IF_UNCHANGED), 0);
+  EXPECT_EQ(engine->begun, 3);
+
+  second.record.mailPermission = 2;
+  engine->begun = 0;
+  engine->ends = 1;
+  ASSERT_EQ(patient.BeginTran(), 0);
+  EXPECT_EQ(patient.UpdatePatientData(&second, UPDATE_IF_UNCHANGED), Code(Result::kConflict));
+  EXPECT_EQ(engine->begun, 1);
+  ASSERT_EQ(patient.AbortTran(), 0);
+  ASSERT_EQ(patient.GetPatientData(&second, "P1"), 0);
+  EXPECT_EQ(second.record.mailPermission, 1);
 }
 
 TEST_P(RecordStore, SumsOfASale) {

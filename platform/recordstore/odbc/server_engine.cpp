@@ -6,13 +6,12 @@
 #include <random>
 #include <utility>
 
-#include "platform/os/clock.h"
+#include "platform/os/retry.h"
 #include "platform/recordstore/odbc/server_layout.h"
 
 namespace kova::store {
 namespace {
 
-constexpr int kAttempts = 5;  // of a write that another node was faster with
 constexpr std::string_view kWrites = "write";
 
 std::string RandomName() {
@@ -127,8 +126,9 @@ Result ServerEngine::ReadMany(const TableDef& table, std::span<const std::string
   return result;
 }
 
-// One write, within the transaction that is open or in one of its own; that one is done again when another node was
-// faster.
+// One write, within the transaction that is open or in one of its own. Only its own is retried when another
+// node was faster: a conflict loses the open one with all that was written in it, and whoever began that one
+// retries it.
 template <typename Write>
 Result ServerEngine::WriteWhole(const TableDef& table, Write write) {
   if (HoldsTransaction()) {
@@ -139,16 +139,14 @@ Result ServerEngine::WriteWhole(const TableDef& table, Write write) {
     if (!IsAnswer(result)) NoteLost(result);
     return result;
   }
-  Result result = Result::kConflict;
-  for (int attempt = 1; result == Result::kConflict && attempt <= kAttempts; ++attempt) {
-    if (attempt > 1) os::SleepMilliseconds(5 << attempt);
-    result = BeginUnit();
-    if (result != Result::kDone) continue;
+  const auto attempt = [&] {
+    const Result begun = BeginUnit();
+    if (begun != Result::kDone) return begun;
     const Result written = WriteWhole(table, write);
     const Result ended = EndUnit(written == Result::kDone);
-    result = written == Result::kDone ? ended : written;
-  }
-  return result;
+    return written == Result::kDone ? ended : written;
+  };
+  return os::RetryWhile(attempt, [](Result result) { return result == Result::kConflict; });
 }
 
 Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId& id) {

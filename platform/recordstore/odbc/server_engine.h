@@ -31,6 +31,7 @@ class ServerEngine final : public Engine {
   Result Begin() override;
   Result End() override;
   Result Abort() override;
+  bool HoldsTransaction() const override { return mode_ != Mode::kIdle; }
   Result BeginUnit() override;
   Result EndUnit(bool worked) override;
   void BeginReads() override;
@@ -66,7 +67,6 @@ class ServerEngine final : public Engine {
   void Rollback();
   std::string CommitSql(std::int64_t commit) const;
   Result LookUpCommit(std::int64_t commit);
-  bool HoldsTransaction() const { return mode_ != Mode::kIdle; }
 
   ServerLink link_;
   std::map<std::string, std::shared_ptr<const TableDef>, std::less<>> parts_;

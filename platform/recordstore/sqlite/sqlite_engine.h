@@ -30,6 +30,7 @@ class SqliteEngine final : public Engine {
   Result Begin() override;
   Result End() override;
   Result Abort() override;
+  bool HoldsTransaction() const override;
   Result BeginUnit() override;
   Result EndUnit(bool worked) override;
   void BeginReads() override;
@@ -66,7 +67,6 @@ class SqliteEngine final : public Engine {
   Result ReadUnchanged(const TableDef& table, RecordId id, const char* expected);
   template <typename Write>
   Result WriteWhole(const TableDef& table, Write write);
-  bool HoldsTransaction() const;
   Result Commit();
   void Rollback();
   Result WriteStamps();

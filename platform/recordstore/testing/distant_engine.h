@@ -13,7 +13,7 @@ namespace kova::store::testing {
 
 /// Counts one round trip for each question, write, beginning and end of a transaction, and for the end of a read view
 /// in which something was asked; its beginning goes with the first question.
-class DistantEngine final : public Engine {
+class DistantEngine : public Engine {
  public:
   explicit DistantEngine(std::unique_ptr<Engine> store) : store_(std::move(store)) {}
 
@@ -52,6 +52,7 @@ class DistantEngine final : public Engine {
   Result Abort() override {
     return Ask([&] { return store_->Abort(); });
   }
+  bool HoldsTransaction() const override { return store_->HoldsTransaction(); }
   Result BeginUnit() override {
     return Ask([&] { return store_->BeginUnit(); });
   }
