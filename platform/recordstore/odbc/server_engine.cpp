@@ -45,14 +45,14 @@ std::unique_ptr<Engine> ServerEngine::Open(const ServerSettings& settings, bool 
   return engine;
 }
 
-// A transaction and an open view are bound to the connection that they began on; everything else is not.
+// A transaction and an open view are bound to the connection that they began on; everything else is not. A
+// failure loses the open transaction, whichever statement met it: the server may have rolled back already,
+// and what follows would be kept on its own.
 Result ServerEngine::Ask(const ServerLink::Work& work) {
   const bool isBound = HoldsTransaction() || view_ == View::kOpen;
   const Result result = isBound ? link_.Ask(work) : link_.AskAnywhere(work);
-  if (!link_.IsConnected()) {
-    if (HoldsTransaction()) NoteLost(Result::kUnreachable);
-    if (view_ == View::kOpen) view_ = View::kNone;
-  }
+  if (HoldsTransaction() && !IsAnswer(result)) NoteLost(result);
+  if (!link_.IsConnected() && view_ == View::kOpen) view_ = View::kNone;
   return result;
 }
 
@@ -92,7 +92,6 @@ odbc::Around ServerEngine::AroundRead() {
 void ServerEngine::NoteRead(Result result, const odbc::Around& around) {
   if (result == Result::kDone && !around.before.empty()) view_ = View::kOpen;
   if (result == Result::kDone && !around.behind.empty()) view_ = View::kOver;
-  if (result != Result::kDone && HoldsTransaction()) NoteLost(result);
 }
 
 Result ServerEngine::Read(const TableDef& table, std::size_t keyIndex, const ReadFrom& from, std::size_t limit,
@@ -136,7 +135,6 @@ Result ServerEngine::WriteWhole(const TableDef& table, Write write) {
     link_.StartClock();
     const Result result = write();
     if (result == Result::kDone) changes_.NoteWrite(table);
-    if (!IsAnswer(result)) NoteLost(result);
     return result;
   }
   const auto attempt = [&] {
