@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
@@ -199,6 +201,25 @@ TEST_F(ServerFaults, OfTwoNodesTransactionsTheFirstOneWins) {
     ASSERT_EQ(MakeSale(second), 0);
   }
   EXPECT_EQ(CountSales(), 41u);
+}
+
+TEST_F(ServerFaults, DesksOnTwoNodesSellAtOnce) {
+  if (OtherHosts().empty()) GTEST_SKIP() << "one server only";
+  constexpr int kSales = 25;
+  CKovaDBSys first, second;
+  ASSERT_EQ(Open(first), 0);
+  Say(OtherHosts().substr(1));
+  ASSERT_EQ(Open(second), 0);
+  std::map<int, int> results;  // how often each was given to the second desk
+  std::thread desk([&] {
+    for (int i = 0; i < kSales; ++i) ++results[MakeSale(second)];
+  });
+  int failed = 0;
+  for (int i = 0; i < kSales; ++i) failed += MakeSale(first) != 0;
+  desk.join();
+  EXPECT_EQ(failed, 0);
+  EXPECT_EQ(results, (std::map<int, int>{{0, kSales}})) << second.GetProblem();
+  EXPECT_EQ(CountSales(), 2u * kSales);
 }
 
 TEST_F(ServerFaults, AUnitDoesNotGoOnInATransactionThatLost) {

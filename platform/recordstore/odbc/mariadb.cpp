@@ -92,6 +92,7 @@ class MariaDb final : public Dialect {
         return Result::kBusy;
       case 1213:
       case 1180:  // an error during commit: the cluster refused it
+      case 1243:  // the statement went with the transaction that it was prepared in
         return Result::kConflict;
       case 1021:
       case 1114:

@@ -89,6 +89,13 @@ std::string ReadName(const TableDef& table, std::size_t keyIndex, const OwnedRea
   return table.part.empty() ? name.append(table.name) : name += table.part;
 }
 
+// A statement that failed is prepared anew next time. A node that rolls a transaction back while it prepares
+// a statement in it does not keep the statement, which the driver does not notice.
+template <typename Statements, typename Statement>
+void Forget(Statements& statements, const Statement& failed) {
+  std::erase_if(statements, [&](const auto& each) { return each.second.get() == &failed; });
+}
+
 }  // namespace
 
 struct Session::PreparedRead {
@@ -224,6 +231,7 @@ Result Session::Read(const TableDef& table, std::size_t keyIndex, const OwnedRea
   read.id = from.id;
   const bool worked = read.statement.Execute() && read.rows.FetchAll(read.statement, block);
   read.statement.CloseResult();
+  if (!worked) Forget(reads_, read);
   return worked ? Result::kDone : Failed();
 }
 
@@ -257,6 +265,7 @@ Result Session::ReadById(const TableDef& table, RecordId id, RecordBlock& block)
   read.id = id;
   const bool worked = read.statement.Execute() && read.rows.FetchAll(read.statement, block);
   read.statement.CloseResult();
+  if (!worked) Forget(reads_, read);
   return worked ? Result::kDone : Failed();
 }
 
@@ -302,7 +311,10 @@ Session::PreparedWrite* Session::WriteStatement(const TableDef& table, char what
 Result Session::Write(PreparedWrite& write, RecordId id, Result none) {
   write.id = id;
   std::int64_t rows = 0;
-  if (!write.statement.Execute() || !write.statement.AffectedRows(rows)) return Failed();
+  if (!write.statement.Execute() || !write.statement.AffectedRows(rows)) {
+    Forget(writes_, write);
+    return Failed();
+  }
   write.statement.CloseResult();
   return rows == 1 ? Result::kDone : none;
 }
@@ -355,10 +367,10 @@ Result Session::SumStamps(std::span<const TableId> tables, std::int64_t& sum) {
       ++rows;
     }
   }
-  const Result result = worked ? Result::kDone : Failed();
   stamps.statement.CloseResult();
-  if (result == Result::kDone && rows != tables.size()) return Result::kDamaged;
-  return result;
+  if (!worked) Forget(numbers_, stamps);
+  if (!worked) return Failed();
+  return rows == tables.size() ? Result::kDone : Result::kDamaged;
 }
 
 }  // namespace kova::store::odbc
