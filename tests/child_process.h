@@ -2,17 +2,21 @@
 
 // A child process of a test: this very program with other arguments, or another one.
 
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "platform/os/clock.h"
 #include "platform/text932/cp932.h"
 
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #endif
@@ -57,6 +61,20 @@ inline std::string ChildFolder() {
   return folder;
 }
 
+#ifdef _WIN32
+using ProcessHandle = HANDLE;
+#else
+using ProcessHandle = pid_t;
+
+/// In a child that was just forked: it leads a group of its own and is killed when its parent ends.
+inline void BecomeChild() {
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+#endif
+
+/// A child and what it starts: all of them have ended when Wait or Kill returns or the object is gone, so
+/// that none holds a file of a folder that is removed next.
 class ChildProcess {
  public:
   /// Arguments of plain words: no blanks, quotes or backslashes.
@@ -70,14 +88,16 @@ class ChildProcess {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                       &process)) {
+    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
+                       nullptr, &startup, &process)) {
+      Take(process.hProcess);
+      ResumeThread(process.hThread);
       CloseHandle(process.hThread);
-      process_ = process.hProcess;
     }
 #else
-    process_ = fork();
-    if (process_ == 0) {
+    const pid_t process = fork();
+    if (process == 0) {
+      BecomeChild();
       std::vector<char*> argv;
       std::string name = program.string();
       argv.push_back(name.data());
@@ -87,51 +107,98 @@ class ChildProcess {
       execv(name.c_str(), argv.data());
       _exit(127);
     }
+    Take(process);
 #endif
   }
-  ~ChildProcess() {
-    if (process_ != Process{}) Kill();
-  }
+  /// Takes over a process that was started, on POSIX one that calls BecomeChild.
+  explicit ChildProcess(ProcessHandle process) { Take(process); }
+  ~ChildProcess() { Kill(); }
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Waits for its end; its exit code, -1 when it did not end by itself.
+  /// Waits for its end, at most five minutes; its exit code, -1 when it did not end by itself.
   int Wait() {
-    if (process_ == Process{}) return -1;
-#ifdef _WIN32
-    DWORD code = 1;
-    WaitForSingleObject(process_, INFINITE);
-    GetExitCodeProcess(process_, &code);
-    CloseHandle(process_);
-    const int result = code == kKilled ? -1 : static_cast<int>(code);
-#else
-    int status = 0;
-    waitpid(process_, &status, 0);
-    const int result = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-#endif
-    process_ = {};
-    return result;
+    if (process_ == ProcessHandle{}) return -1;
+    if (!HasEnded(300000)) std::fprintf(stderr, "a child process did not end and is killed\n");
+    return End();
   }
 
   /// Ends it as a crash or a power cut would.
   void Kill() {
-    if (process_ == Process{}) return;
-#ifdef _WIN32
-    TerminateProcess(process_, kKilled);
-#else
-    kill(process_, SIGKILL);
-#endif
-    Wait();
+    if (process_ != ProcessHandle{}) (void)End();
   }
 
  private:
 #ifdef _WIN32
-  using Process = HANDLE;
   static constexpr DWORD kKilled = 0x4B494C4C;
+
+  void Take(HANDLE process) {
+    process_ = process;
+    // When its last handle goes, with this process at the latest, so do the processes in the job.
+    job_ = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    AssignProcessToJobObject(job_, process_);
+  }
+  bool HasEnded(int limit) const {
+    return WaitForSingleObject(process_, static_cast<DWORD>(limit)) == WAIT_OBJECT_0;
+  }
+  bool IsJobEmpty() const {
+    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION now{};
+    return !QueryInformationJobObject(job_, JobObjectBasicAccountingInformation, &now, sizeof now, nullptr) ||
+           now.ActiveProcesses == 0;
+  }
+  int End() {
+    TerminateProcess(process_, kKilled);
+    TerminateJobObject(job_, kKilled);
+    bool ended = HasEnded(kEndLimit);
+    for (int waited = 0; ended && !IsJobEmpty(); waited += 10) {
+      ended = waited < kEndLimit;
+      Sleep(10);
+    }
+    if (!ended) std::fprintf(stderr, "a child process cannot be ended\n");
+    DWORD code = kKilled;
+    GetExitCodeProcess(process_, &code);
+    CloseHandle(job_);
+    CloseHandle(process_);
+    process_ = {};
+    return code == kKilled || code == STILL_ACTIVE ? -1 : static_cast<int>(code);
+  }
+
+  HANDLE job_ = nullptr;
 #else
-  using Process = pid_t;
+  void Take(pid_t process) {
+    process_ = process;
+    if (process > 0) setpgid(process, process);  // as the child does: whoever is first
+  }
+  // It stays a zombie, so that nobody else gets its number meanwhile.
+  bool HasEnded(int limit) const {
+    const std::int64_t deadline = os::MonotonicMilliseconds() + limit;
+    for (;;) {
+      siginfo_t end{};
+      if (waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+          end.si_pid != 0)
+        return true;
+      if (os::MonotonicMilliseconds() >= deadline) return false;
+      os::SleepMilliseconds(1);
+    }
+  }
+  int End() {
+    int status = SIGKILL;
+    if (process_ > 0) {
+      kill(-process_, SIGKILL);
+      kill(process_, SIGKILL);
+      if (!HasEnded(kEndLimit) || waitpid(process_, &status, WNOHANG) != process_)
+        std::fprintf(stderr, "a child process cannot be ended\n");
+    }
+    process_ = {};
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
 #endif
-  Process process_{};
+  static constexpr int kEndLimit = 10000;  // milliseconds
+
+  ProcessHandle process_{};
 };
 
 }  // namespace kova::testing

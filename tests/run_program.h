@@ -1,6 +1,6 @@
 #pragma once
 
-// Runs one of the project's programs to its end and keeps what it printed.
+// Runs one of the project's programs to its end and keeps what it printed; nothing that it started goes on.
 
 #include <cstdio>
 #include <filesystem>
@@ -81,8 +81,10 @@ inline int RunInto(const std::filesystem::path& program, const std::vector<std::
   _dup2(errFile, 2);
   // -1: it did not start, which happens to one process in some hundreds under Wine on a machine that is busy.
   int code = -1;
-  for (int attempt = 0; attempt < 3 && code == -1; ++attempt)
-    code = static_cast<int>(_wspawnv(_P_WAIT, program.c_str(), argv.data()));
+  for (int attempt = 0; attempt < 3 && code == -1; ++attempt) {
+    const intptr_t process = _wspawnv(_P_NOWAIT, program.c_str(), argv.data());
+    if (process != -1) code = ChildProcess(reinterpret_cast<ProcessHandle>(process)).Wait();
+  }
   _dup2(keptOut, 1);
   _dup2(keptErr, 2);
   for (const int each : {keptOut, keptErr, outFile, errFile}) _close(each);
@@ -100,15 +102,14 @@ inline int RunInto(const std::filesystem::path& program, const std::vector<std::
   argv.push_back(nullptr);
   const pid_t process = fork();
   if (process == 0) {
+    BecomeChild();
     const int mode = O_CREAT | O_TRUNC | O_WRONLY;
     dup2(open(out.c_str(), mode, 0600), 1);
     dup2(open(err.c_str(), mode, 0600), 2);
     execv(argv.front(), argv.data());
     _exit(127);
   }
-  int status = 0;
-  waitpid(process, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return ChildProcess(process).Wait();
 }
 
 #endif

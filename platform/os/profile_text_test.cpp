@@ -137,6 +137,16 @@ TEST(ProfileText, HugeTextsAreOnePass) {
   }
 }
 
+#ifdef _WIN32
+// An empty file of a name that no other program has. (A TemporaryFolder's name is not for every code page.)
+std::string NewFile() {
+  char folder[MAX_PATH + 1], file[MAX_PATH + 1];
+  GetTempPathA(sizeof folder, folder);
+  GetTempFileNameA(folder, "kov", 0, file);
+  return file;
+}
+#endif
+
 TEST(ProfileText, NumbersAsThePlatformReadsThem) {
   const struct {
     const char* text;
@@ -160,9 +170,8 @@ TEST(ProfileText, NumbersAsThePlatformReadsThem) {
   for (const auto& row : rows) {
     EXPECT_EQ(ProfileInt(row.text), row.expected) << row.text;
 #ifdef _WIN32
-    char file[MAX_PATH];
-    GetTempPathA(MAX_PATH - 20, file);
-    strcat(file, "kova_int.ini");
+    const std::string path = NewFile();
+    const char* file = path.c_str();
     WritePrivateProfileStringA("A", "k", row.text, file);
     EXPECT_EQ(static_cast<std::int32_t>(GetPrivateProfileIntA("A", "k", 77, file)), row.expected) << row.text;
     DeleteFileA(file);
@@ -175,11 +184,9 @@ TEST(ProfileText, NumbersAsThePlatformReadsThem) {
 // The platform's answer for a text, through a file of its own.
 class Oracle {
  public:
-  Oracle() { GetTempPathA(MAX_PATH - 40, folder_); }
-
   std::string Ask(const std::string& text,
                   const std::vector<std::pair<const char*, const char*>>& questions) {
-    const std::string name = folder_ + ("kova_oracle_" + std::to_string(count_++) + ".ini");
+    const std::string name = NewFile();
     FILE* file = fopen(name.c_str(), "wb");
     fwrite(text.data(), 1, text.size(), file);
     fclose(file);
@@ -193,10 +200,6 @@ class Oracle {
     DeleteFileA(name.c_str());
     return answers;
   }
-
- private:
-  char folder_[MAX_PATH];
-  int count_ = 0;
 };
 
 bool IsAscii(const std::string& text) {

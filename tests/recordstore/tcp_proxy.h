@@ -1,12 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "tests/child_process.h"
 
 namespace kova::testing {
 
@@ -18,8 +20,9 @@ class Proxy {
     int toChild[2], fromChild[2];
     EXPECT_EQ(pipe(toChild), 0);
     EXPECT_EQ(pipe(fromChild), 0);
-    child_ = fork();
-    if (child_ == 0) {
+    const pid_t process = fork();
+    if (process == 0) {
+      BecomeChild();
       dup2(toChild[0], 0);
       dup2(fromChild[1], 1);
       for (const int fd : {toChild[0], toChild[1], fromChild[0], fromChild[1]}) close(fd);
@@ -27,6 +30,7 @@ class Proxy {
              server.substr(colon + 1).c_str(), nullptr);
       _exit(127);
     }
+    child_ = std::make_unique<ChildProcess>(process);
     close(toChild[0]);
     close(fromChild[1]);
     to_ = fdopen(toChild[1], "w");
@@ -36,7 +40,7 @@ class Proxy {
   ~Proxy() {
     std::fclose(to_);
     std::fclose(from_);
-    waitpid(child_, nullptr, 0);
+    (void)child_->Wait();
   }
   std::string Host() const { return "127.0.0.1:" + port_; }
   /// Gives the answer.
@@ -52,7 +56,7 @@ class Proxy {
     if (std::fgets(line, sizeof line, from_) == nullptr) return "gone";
     return std::string(line).substr(0, std::string_view(line).find('\n'));
   }
-  pid_t child_ = -1;
+  std::unique_ptr<ChildProcess> child_;
   std::string port_;
   std::FILE* to_ = nullptr;
   std::FILE* from_ = nullptr;
