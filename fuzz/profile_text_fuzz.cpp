@@ -53,7 +53,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CheckNeighbours(before, after);
 
   if (const auto edited = EditProfileText(input, section, key, value)) {
-    Require(ProfileText(*edited).Find(section, key).has_value());
+    // As it reads in a text of its own.
+    const bool isMarked =
+        input.starts_with("\xEF\xBB\xBF") || input.starts_with("\xFF\xFE") || input.starts_with("\xFE\xFF");
+    const auto alone = EditProfileText(isMarked ? "\xEF\xBB\xBF" : "", "s", "k", value);
+    Require(alone.has_value());
+    Require(ProfileText(*edited).Find(section, key) == ProfileText(*alone).Find("s", "k"));
     Require(EditProfileText(*edited, section, key, value) == edited);
   }
   (void)EditProfileText(input, section, key, std::nullopt);

@@ -15,14 +15,19 @@ struct Place {
   std::size_t sectionEnd = 0;           // the next header's line or the end of the text
   std::size_t addAt = 0;                // behind the section's last line that is not blank
   ProfileLine keyLine;
-  ProfileEntry key;
   bool keyFound = false;
+  bool hasValue = false;       // of the key
+  std::size_t valueBegin = 0;  // where the key's name ends when it has no value
+  std::size_t valueEnd = 0;
 };
 
 class Editor {
  public:
   Editor(std::string_view text, ProfileBytes bytes) : text_(text), bytes_(bytes) {}
 
+  /// By names in code page 932: the lines are taken apart as their reader sees them, since in another
+  /// encoding the same characters may make other lines. (Two characters that each stand for an undefined byte
+  /// become one pair, in which a bracket is none; a character that the code page lacks is read as "?".)
   Place Find(std::string_view section, std::string_view key) const;
   std::string RemoveSection(const Place& place) const;
   std::string RemoveKey(const Place& place) const;
@@ -31,6 +36,7 @@ class Editor {
   std::string AddSection(std::string_view header, std::string_view line) const;
 
  private:
+  void PutKey(const ProfileLine& line, std::string_view read, const ProfileEntry& entry, Place& place) const;
   std::string Replace(std::size_t begin, std::size_t end, std::string_view with) const;
   std::string InsertLines(std::size_t at, std::string_view first, std::string_view second) const;
   std::string_view LineEndBefore(std::size_t at) const;
@@ -39,30 +45,44 @@ class Editor {
   ProfileBytes bytes_;
 };
 
+void Editor::PutKey(const ProfileLine& line, std::string_view read, const ProfileEntry& entry,
+                    Place& place) const {
+  const auto offset = [&](const char* position) {
+    const auto length = static_cast<std::size_t>(position - read.data());
+    const std::string_view bytes = text_.substr(line.begin, line.end - line.begin);
+    return line.begin + (bytes_ == ProfileBytes::kUtf8 ? ProfileLengthInUtf8(bytes, length) : length);
+  };
+  const std::string_view value = entry.hasValue ? entry.value : entry.name.substr(entry.name.size());
+  place.keyFound = true;
+  place.keyLine = line;
+  place.hasValue = entry.hasValue;
+  place.valueBegin = offset(value.data());
+  place.valueEnd = offset(value.data() + value.size());
+}
+
 Place Editor::Find(std::string_view section, std::string_view key) const {
   Place place;
+  std::string converted;
   ProfileLineReader reader(text_);
   for (ProfileLine line; reader.Next(line);) {
-    const ProfileEntry entry = ParseProfileLine(text_.substr(line.begin, line.end - line.begin), bytes_);
+    std::string_view read = text_.substr(line.begin, line.end - line.begin);
+    if (bytes_ == ProfileBytes::kUtf8) read = converted = ProfileLineTo932(read);
+    const ProfileEntry entry = ParseProfileLine(read);
     const bool inside = place.sectionBegin != kNowhere;
     if (entry.kind == ProfileLineKind::kSection) {
       if (inside) {
         place.sectionEnd = line.begin;
         return place;
       }
-      if (SameProfileName(CutAtNul(entry.name), section, bytes_)) {
+      if (SameProfileName(CutAtNul(entry.name), section)) {
         place.sectionBegin = line.begin;
         place.addAt = line.next;
       }
     } else if (inside && entry.kind != ProfileLineKind::kBlank) {
       place.addAt = line.next;
       const bool match = !place.keyFound && entry.kind == ProfileLineKind::kKey &&
-                         SameProfileName(CutAtNul(entry.name), key, bytes_);
-      if (match) {
-        place.keyFound = true;
-        place.keyLine = line;
-        place.key = entry;
-      }
+                         SameProfileName(CutAtNul(entry.name), key);
+      if (match) PutKey(line, read, entry, place);
     }
   }
   place.sectionEnd = text_.size();
@@ -87,15 +107,7 @@ std::string Editor::RemoveKey(const Place& place) const {
 }
 
 std::string Editor::SetValue(const Place& place, std::string_view value) const {
-  const auto offset = [&](std::string_view part) {
-    return static_cast<std::size_t>(part.data() - text_.data());
-  };
-  if (place.key.hasValue) {
-    const std::size_t begin = offset(place.key.value);
-    return Replace(begin, begin + place.key.value.size(), value);
-  }
-  const std::size_t nameEnd = offset(place.key.name) + place.key.name.size();
-  return Replace(nameEnd, nameEnd, "=" + std::string(value));
+  return Replace(place.valueBegin, place.valueEnd, (place.hasValue ? "" : "=") + std::string(value));
 }
 
 // The line end that a new line behind `at` takes: its neighbour's, so that a file keeps the one it has.
@@ -165,7 +177,7 @@ std::optional<std::string> EditProfileText(std::string_view text, std::string_vi
   if (!wanted.ReadsBack(section, name, bytes)) return std::nullopt;
 
   const Editor editor(encoded.Body(), bytes);
-  const Place place = editor.Find(wanted.section, wanted.key);
+  const Place place = editor.Find(Readable(section), Readable(name));
   const bool sectionFound = place.sectionBegin != kNowhere;
   if (!key) return sectionFound ? encoded.WithBody(editor.RemoveSection(place)) : std::string(text);
   if (!value) return place.keyFound ? encoded.WithBody(editor.RemoveKey(place)) : std::string(text);

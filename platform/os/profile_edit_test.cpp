@@ -62,6 +62,14 @@ const Row kRows[] = {
     {"\xEF\xBB\xBF[A]\n", "B\x95", "k", "1", {}},
     {"\xEF\xBB\xBF[A]\nk=\xE3\x81\x82\xC3\xA9\n", "A", "j", "\x82\xA0",
      "\xEF\xBB\xBF[A]\nk=\xE3\x81\x82\xC3\xA9\nj=\xE3\x81\x82\n"},
+    // a name is the one that its reader finds: "?" for what the code page lacks, "～" in either form
+    {"\xEF\xBB\xBF[A]\n\xC3\xA9=1\n", "A", "?", "2", "\xEF\xBB\xBF[A]\n\xC3\xA9=2\n"},
+    {"\xEF\xBB\xBF[A]\n\xE3\x80\x9C = 1\n", "A", "～", "2", "\xEF\xBB\xBF[A]\n\xE3\x80\x9C = 2\n"},
+    // "\xEF\x9E\x82" is 0x82 alone; with the bracket it reads as one undefined pair, so no section begins
+    {"\xEF\xBB\xBF[A]\n[k=1\n", "A", "[k", "\x82]", "\xEF\xBB\xBF[A]\n[k=\xEF\x9E\x82]\n"},
+    {"\xEF\xBB\xBF[A]\n[k=\xEF\x9E\x82]\n", "A", "[k", "2", "\xEF\xBB\xBF[A]\n[k=2\n"},
+    // no character in more bytes than it needs ends a line
+    {"\xEF\xBB\xBF[A]\nj=\xC0\x8Ak=1\n", "A", "k", "2", "\xEF\xBB\xBF[A]\nj=\xC0\x8Ak=1\nk=2\n"},
 };
 
 TEST(EditProfileText, Table) {
@@ -79,13 +87,15 @@ TEST(EditProfileText, Utf16KeepsItsUnits) {
   EXPECT_EQ(after, before.substr(0, before.size() - 1) + "j\0=\0\x42\x30\n\0!"s);
 }
 
-// Whatever the text is, the key reads back and every other key stays as it was.
+// Whatever the text and its encoding, the key reads back and every other key stays as it was.
 TEST(EditProfileText, NoOtherKeyChanges) {
-  const std::string_view pieces[] = {"\n", "\r\n", "\r", "\n",   "=",        "k",   "j=1",  "[A]", "[B]", "]",
-                                     ";",  " ",    "\"", "\x95", "\x81\x5D", "m=2", "\x1A", "k=",  "n"};
+  const std::string_view pieces[] = {
+      "\n",       "\r\n",     "\r",          "\n",   "=",        "k",   "j=1",  "[A]", "[B]", "]",
+      ";",        " ",        "\"",          "\x95", "\x81\x5D", "m=2", "\x1A", "k=",  "n",   "\xEF\x9E\x82",
+      "\xC0\x8A", "\xC2\xA5", "\xE3\x81\x82"};
   std::mt19937 generator(7);
-  for (int i = 0; i < 4000; ++i) {
-    std::string before;
+  for (int i = 0; i < 6000; ++i) {
+    std::string before = i % 2 == 0 ? "" : "\xEF\xBB\xBF";
     for (unsigned n = generator() % 24; n > 0; --n) before += pieces[generator() % std::size(pieces)];
     const auto after = EditProfileText(before, "A", "k", "new");
     ASSERT_TRUE(after.has_value());

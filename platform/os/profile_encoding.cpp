@@ -25,6 +25,7 @@ void PutUnit(unsigned unit, std::string& out) {
 }
 
 // The character at `at` of UTF-8 text and its length; a sequence that is none, as far as it goes, is 0xFFFD.
+// So is one longer than its character needs: it could hide a line break from whoever looks at bytes.
 char32_t ReadUtf8(std::string_view text, std::size_t at, std::size_t& length) {
   const auto byte = [&](std::size_t i) {
     return at + i < text.size() ? static_cast<unsigned char>(text[at + i]) : 0u;
@@ -44,7 +45,8 @@ char32_t ReadUtf8(std::string_view text, std::size_t at, std::size_t& length) {
     }
     c = c << 6 | (byte(i) & 0x3F);
   }
-  return c;
+  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  return c < kLeast[length] ? 0xFFFD : c;
 }
 
 unsigned UnitAt(std::string_view bytes, std::size_t at, bool bigEndian) {
@@ -74,13 +76,19 @@ std::string Utf8ToUnits(std::string_view text, bool bigEndian) {
   return out;
 }
 
+// The code of the character at `at`, one byte or two.
+int CodeAt(std::string_view utf8, std::size_t at, std::size_t& length) {
+  const int code = text932::Encode(ReadUtf8(utf8, at, length));
+  return code < 0 ? '?' : code;
+}
+
 std::string Utf8To932(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0, length = 0; i < text.size(); i += length) {
-    const int code = text932::Encode(ReadUtf8(text, i, length));
+    const int code = CodeAt(text, i, length);
     if (code > 0xFF) out += static_cast<char>(code >> 8);
-    out += code < 0 ? '?' : static_cast<char>(code & 0xFF);
+    out += static_cast<char>(code & 0xFF);
   }
   return out;
 }
@@ -123,6 +131,15 @@ std::string ProfileBytesTo932(std::string bytes) {
 
 std::string ProfileTextFrom932(std::string_view text, ProfileBytes bytes) {
   return bytes == ProfileBytes::kCodePage932 ? std::string(text) : text932::ToUtf8(text);
+}
+
+std::string ProfileLineTo932(std::string_view utf8Line) { return Utf8To932(utf8Line); }
+
+std::size_t ProfileLengthInUtf8(std::string_view utf8Line, std::size_t length) {
+  std::size_t at = 0;
+  for (std::size_t done = 0, step = 0; done < length && at < utf8Line.size(); at += step)
+    done += CodeAt(utf8Line, at, step) > 0xFF ? 2 : 1;
+  return at;
 }
 
 }  // namespace kova::os

@@ -9,14 +9,6 @@ constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r') || 
 
 constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
-std::size_t CharacterLength(std::string_view text, std::size_t at, ProfileBytes bytes) {
-  return bytes == ProfileBytes::kCodePage932 ? text932::CharLength(text, at) : 1;
-}
-
-std::size_t FindLastBracket(std::string_view text, ProfileBytes bytes) {
-  return bytes == ProfileBytes::kCodePage932 ? text932::FindLast(text, ']') : text.rfind(']');
-}
-
 std::size_t SkipBlanks(std::string_view line) {
   std::size_t at = 0;
   while (at < line.size() && IsBlank(line[at])) ++at;
@@ -74,7 +66,7 @@ std::size_t FindProfileSection(std::string_view text, std::size_t from) {
   return std::string_view::npos;
 }
 
-ProfileEntry ParseProfileLine(std::string_view line, ProfileBytes bytes) {
+ProfileEntry ParseProfileLine(std::string_view line) {
   ProfileEntry entry;
   line = TrimProfileBlanks(line);
   if (line.empty()) return entry;
@@ -84,7 +76,7 @@ ProfileEntry ParseProfileLine(std::string_view line, ProfileBytes bytes) {
   }
   if (line.front() == '[') {
     // What follows the last bracket is nobody's; a line without one is a key like any other.
-    const std::size_t close = FindLastBracket(line, bytes);
+    const std::size_t close = text932::FindLast(line, ']');
     if (close != std::string_view::npos) {
       entry.kind = ProfileLineKind::kSection;
       entry.name = TrimProfileBlanks(line.substr(1, close - 1));
@@ -99,23 +91,23 @@ ProfileEntry ParseProfileLine(std::string_view line, ProfileBytes bytes) {
   return entry;
 }
 
-bool SameProfileName(std::string_view a, std::string_view b, ProfileBytes bytes) {
+bool SameProfileName(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   if (a == b) return true;
   for (std::size_t i = 0; i < a.size();) {
-    const std::size_t length = CharacterLength(a, i, bytes);
-    if (length != CharacterLength(b, i, bytes)) return false;
+    const std::size_t length = text932::CharLength(a, i);
+    if (length != text932::CharLength(b, i)) return false;
     if (length == 1 ? LowerAscii(a[i]) != LowerAscii(b[i]) : a.substr(i, 2) != b.substr(i, 2)) return false;
     i += length;
   }
   return true;
 }
 
-std::uint32_t HashProfileName(std::string_view name, ProfileBytes bytes) {
+std::uint32_t HashProfileName(std::string_view name) {
   std::uint32_t hash = 2166136261u;
   const auto mix = [&hash](char c) { hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u; };
   for (std::size_t i = 0; i < name.size();) {
-    const std::size_t length = CharacterLength(name, i, bytes);
+    const std::size_t length = text932::CharLength(name, i);
     mix(length == 1 ? LowerAscii(name[i]) : name[i]);
     if (length == 2) mix(name[i + 1]);
     i += length;

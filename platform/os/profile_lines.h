@@ -1,17 +1,14 @@
 #pragma once
 
 // The grammar of a private-profile text, line by line: what ProfileText and EditProfileText have in common.
-// No text is copied and nothing is allocated; every walk is one pass, whatever the bytes are.
+// Texts are code page 932, where the second byte of a character can look like a bracket or a letter. No text
+// is copied and nothing is allocated; every walk is one pass, whatever the bytes are.
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace kova::os {
-
-/// How the bytes of a profile text make characters. In code page 932 the second byte of a character can look
-/// like a bracket or a letter; in UTF-8 no byte of a longer character looks like anything else.
-enum class ProfileBytes { kCodePage932, kUtf8 };
 
 /// One line of a text: [begin, end) without its line end, [end, next) the line end ("\r\n", "\n", "\r" or
 /// nothing).
@@ -56,7 +53,7 @@ std::size_t ProfileLineEnd(std::string_view text, std::size_t at);
 std::size_t FindProfileSection(std::string_view text, std::size_t from);
 
 /// Takes a line (without its line end) apart.
-ProfileEntry ParseProfileLine(std::string_view line, ProfileBytes bytes);
+ProfileEntry ParseProfileLine(std::string_view line);
 
 /// `text` without the characters around it that the format takes for blanks: space, tab, line and page breaks
 /// and the old end-of-file mark 0x1A. The ideographic space is not one.
@@ -66,9 +63,9 @@ std::string_view TrimProfileBlanks(std::string_view text);
 std::string_view CutAtNul(std::string_view text);
 
 /// True when two names are the same without regard to the case of ASCII letters.
-bool SameProfileName(std::string_view a, std::string_view b, ProfileBytes bytes);
+bool SameProfileName(std::string_view a, std::string_view b);
 
-/// A number that names of which SameProfileName is true share.
-std::uint32_t HashProfileName(std::string_view name, ProfileBytes bytes);
+/// A hash consistent with SameProfileName: equal names hash alike.
+std::uint32_t HashProfileName(std::string_view name);
 
 }  // namespace kova::os

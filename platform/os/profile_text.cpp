@@ -6,7 +6,6 @@
 namespace kova::os {
 namespace {
 
-constexpr auto k932 = ProfileBytes::kCodePage932;
 constexpr std::size_t kNowhere = std::string_view::npos;
 
 std::string_view LineAt(std::string_view text, const ProfileLine& line) {
@@ -26,13 +25,13 @@ ProfileText::ProfileText(std::string bytes) : text_(ProfileBytesTo932(std::move(
 
 std::optional<std::string_view> ProfileText::Find(std::string_view section, std::string_view key) const {
   key = TrimProfileBlanks(CutAtNul(key));
-  const std::uint32_t hash = HashProfileName(key, k932);
+  const std::uint32_t hash = HashProfileName(key);
   for (const Key& candidate : Resolve(TrimProfileBlanks(CutAtNul(section))).keys) {
     if (candidate.hash != hash) continue;
     const std::size_t end = ProfileLineEnd(text_, candidate.line);
     const ProfileEntry entry =
-        ParseProfileLine(std::string_view(text_).substr(candidate.line, end - candidate.line), k932);
-    if (!SameProfileName(CutAtNul(entry.name), key, k932)) continue;
+        ParseProfileLine(std::string_view(text_).substr(candidate.line, end - candidate.line));
+    if (!SameProfileName(CutAtNul(entry.name), key)) continue;
     if (!entry.hasValue) return std::nullopt;
     return WithoutQuotes(CutAtNul(entry.value));
   }
@@ -41,7 +40,7 @@ std::optional<std::string_view> ProfileText::Find(std::string_view section, std:
 
 const ProfileText::Section& ProfileText::Resolve(std::string_view section) const {
   for (const Section& known : sections_) {
-    if (SameProfileName(known.name, section, k932)) return known;
+    if (SameProfileName(known.name, section)) return known;
   }
   Section& added = sections_.emplace_back();
   added.name = section;
@@ -55,9 +54,9 @@ std::size_t ProfileText::FindBody(std::string_view section) const {
   const std::string_view text = text_;
   for (std::size_t at = FindProfileSection(text, 0); at != kNowhere; at = FindProfileSection(text, at + 1)) {
     const std::size_t end = ProfileLineEnd(text, at);
-    const ProfileEntry entry = ParseProfileLine(text.substr(at, end - at), k932);
+    const ProfileEntry entry = ParseProfileLine(text.substr(at, end - at));
     const bool match =
-        entry.kind == ProfileLineKind::kSection && SameProfileName(CutAtNul(entry.name), section, k932);
+        entry.kind == ProfileLineKind::kSection && SameProfileName(CutAtNul(entry.name), section);
     if (match) return end;
   }
   return kNowhere;
@@ -66,10 +65,10 @@ std::size_t ProfileText::FindBody(std::string_view section) const {
 void ProfileText::IndexKeys(std::size_t from, std::vector<Key>& keys) const {
   ProfileLineReader reader(text_, from);
   for (ProfileLine line; reader.Next(line);) {
-    const ProfileEntry entry = ParseProfileLine(LineAt(text_, line), k932);
+    const ProfileEntry entry = ParseProfileLine(LineAt(text_, line));
     if (entry.kind == ProfileLineKind::kSection) return;
     if (entry.kind != ProfileLineKind::kKey) continue;
-    keys.push_back({HashProfileName(CutAtNul(entry.name), k932), static_cast<std::uint32_t>(line.begin)});
+    keys.push_back({HashProfileName(CutAtNul(entry.name)), static_cast<std::uint32_t>(line.begin)});
   }
 }
 
