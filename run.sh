@@ -43,10 +43,7 @@ display_start
 trap 'wine_stop; display_stop' EXIT
 start_bridge
 run play_day --app out/practice/app.ini >out/day.txt
-for picture in out/board-*.bmp; do
-  convert "$picture" "${picture%.bmp}.png"
-  rm -f "$picture"
-done
+scripts/window_pictures.sh out
 echo
 cat out/day.txt
 echo

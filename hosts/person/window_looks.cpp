@@ -125,13 +125,14 @@ void Photograph(HWND window, const std::string& name) {
   HDC screen = GetDC(nullptr);
   HDC memory = CreateCompatibleDC(screen);
   BITMAPINFO info{};
-  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  // Not 32 bits a pixel: viewers take the fourth byte, which nobody sets, for how opaque the pixel is.
+  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
   void* bits = nullptr;
   HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
   HGDIOBJ before = SelectObject(memory, bitmap);
   BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
   GdiFlush();
-  const auto size = static_cast<DWORD>(width * height * 4);
+  const auto size = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);  // lines begin at whole double words
   BITMAPFILEHEADER head{0x4D42, static_cast<DWORD>(sizeof head + sizeof info.bmiHeader) + size, 0, 0,
                         static_cast<DWORD>(sizeof head + sizeof info.bmiHeader)};
   std::string file(reinterpret_cast<const char*>(&head), sizeof head);
