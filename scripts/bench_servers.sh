@@ -19,7 +19,7 @@ for kind in postgres galera; do
   export KOVA_SERVER_NAME=bench-$kind
   scripts/$kind.sh start fresh >"$work/start.log" || { echo "$kind: cannot be had, not measured"; continue; }
   set -a
-  . "build/servers/$KOVA_SERVER_NAME.env"
+  . "${KOVA_SERVERS:-build/servers}/$KOVA_SERVER_NAME.env"
   set +a
   export KOVA_DB_ACCOUNT=$KOVA_SERVER_OWNER KOVA_DB_PASSWORD=$KOVA_SERVER_OWNER_PASSWORD
   mkdir "$work/$kind"

@@ -3,7 +3,7 @@
 # cluster at 10.77.0.11 to .13, PostgreSQL at 10.77.0.21, the workstations at 10.77.0.1. Each is a network namespace, the links
 # meet in a bridge. A cut link says nothing to anybody: packets vanish. Needs root and a kernel that gives namespaces.
 #
-#   start [galera] [postgres]   both without a name; the facts are in build/servers/net-NAME.env
+#   start [galera] [postgres]   both without a name; the facts are in build/servers/net-NAME.env (or below KOVA_SERVERS)
 #   run COMMAND...              on a workstation's machine
 #   cut MACHINE                 1, 2, 3 or postgres: nobody reaches it
 #   part MACHINE                a node: workstations reach it, the other nodes do not

@@ -1,13 +1,15 @@
 # Sourced: database servers of this project's own, for tests and for trying out: a PostgreSQL server and a MariaDB Galera
 # cluster of three nodes, in folders under build/servers. A server with its data is called by a name, NAME below; its records
 # stay until it is started fresh. What a program needs to reach it is in build/servers/NAME.env, for a shell to source.
+# KOVA_SERVERS names another folder for all of it.
 #
 # A server is found by its command line, which names its folder, never by a number kept in a file: so one that a crashed run
 # left behind is found, and no stranger is ended.
 kova_root=${kova_root:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)}
 servers="${KOVA_SERVERS:-$kova_root/build/servers}"
+server_files=$servers  # where NAME.env lies, wherever the servers live
 pg_bin=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -1)
-server_patience="${KOVA_SERVER_PATIENCE:-60}"  # seconds that a start may take
+server_patience="${KOVA_SERVER_PATIENCE:-180}"  # seconds that a start may take
 
 say() { echo "$*" >&2; }
 
@@ -36,8 +38,11 @@ servers_folder() {
   [ ! -e "$servers/elsewhere" ] || servers=$(cat "$servers/elsewhere")
   mkdir -p "$servers"
   if ! "${as[@]}" test -x "$servers"; then
-    local folder
-    folder=$(mktemp -d "${TMPDIR:-/tmp}/kova-servers-XXXXXX") && chmod 755 "$folder"
+    local folder base
+    for base in "${TMPDIR:-/tmp}" /var/tmp /tmp; do
+      ! "${as[@]}" test -x "$base" || break
+    done
+    folder=$(mktemp -d "$base/kova-servers-XXXXXX") && chmod 755 "$folder"
     say "The servers' user may not enter $servers: they live in $folder"
     echo "$folder" >"$servers/elsewhere"
     servers=$folder
@@ -155,7 +160,7 @@ server_template() {
       template_ports+=" $free_port"
     done
     # In a shell of its own, which has the user's rights and perhaps may not read this script.
-    if ! "${as[@]}" bash -c "$(declare -f); set -eu; cd '$folder'; source passwords
+    if ! "${as[@]}" bash -c "$(declare -f); set -eu; cd '$folder'; source passwords; mkdir tmp; export TMPDIR='$folder/tmp'
         pg_bin='$pg_bin' template_ports='$template_ports' server_patience=$server_patience; make_${kind}_template '$folder'" \
       >"$folder/make.log" 2>&1 </dev/null 9>&-; then
       tail -n 20 "$folder/make.log" "$folder/server.log" >&2
@@ -203,6 +208,7 @@ galera_settings() {
   cat <<END
 [mariadbd]
 datadir=$1/data
+tmpdir=$1/tmp
 socket=sock
 log-error=$1/server.log
 pid-file=pid
@@ -314,7 +320,7 @@ node_launch() {
   else
     program=(mariadbd "--defaults-file=$home/my.cnf")
   fi
-  (cd "$home" && exec setsid "${in[@]}" "${as[@]}" "${program[@]}" "$@" </dev/null >>"$home/server.log" 2>&1 8>&- 9>&-) &
+  (cd "$home" && exec setsid "${in[@]}" "${as[@]}" env "TMPDIR=$home/tmp" "${program[@]}" "$@" </dev/null >>"$home/server.log" 2>&1 8>&- 9>&-) &
   disown $!
 }
 
@@ -336,7 +342,7 @@ galera_recover() {
     home="$folder/node$n"
     rm -f "$home/recover.log"
     grep -qsE '^seqno: *[0-9]' "$home/data/grastate.dat" && continue
-    (cd "$home" && exec timeout "$server_patience" "${as[@]}" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover \
+    (cd "$home" && exec timeout "$server_patience" "${as[@]}" env "TMPDIR=$home/tmp" mariadbd "--defaults-file=$home/my.cnf" --wsrep-recover \
       --skip-networking "--log-error=$home/recover.log" >/dev/null 2>&1 8>&- 9>&-) &
     pids+=($!)
   done
@@ -384,6 +390,7 @@ node_lay_out() {
       "${node_ist_port[$n]}" "${node_sst_port[$n]}" "$members" >"$home/my.cnf"
     chmod 600 "$home/my.cnf"
   fi
+  mkdir -p "$home/tmp"  # of its own: the environment's may be closed to the server's user
   : >>"$home/server.log"
   [ "$(id -u)" -ne 0 ] || chown -R "${as[1]#*=}:${as[2]#*=}" "$home"
 }
@@ -426,8 +433,7 @@ server_facts() {
     hosts+=${hosts:+,}${node_address[$n]}:${node_port[$n]}
     pids+=${pids:+ }$(node_pid "$n" || true)
   done
-  local file="$kova_root/build/servers/$name.env"
-  mkdir -p "${file%/*}"
+  local file="$server_files/$name.env"
   (umask 077; cat >"$file") <<END
 KOVA_SERVER_KIND=$([ "$kind" = galera ] && echo MariaDB || echo PostgreSQL)
 KOVA_SERVER_NAME=$name
@@ -538,7 +544,8 @@ server_status() {
 server_command() {
   local command=${2:-} n=${3:-1}
   case $command in
-    start) server_start "$1" "${3:-}" && server_status "$1" && echo "What a program needs to reach it: build/servers/$1.env" ;;
+    start) server_start "$1" "${3:-}" && server_status "$1" && echo "What a program needs to reach it: $server_files/$1.env" ;;
+    installed) ! server_missing "$(server_kind "$1")" >&2 ;;
     stop) server_stop "$1" ;;
     status) server_status "$1" ;;
     kill | freeze | thaw | restart)
@@ -558,6 +565,6 @@ server_command() {
           ;;
       esac
       ;;
-    *) say "start [fresh] | stop | status | kill [N] | restart [N] | freeze [N] | thaw [N]"; return 2 ;;
+    *) say "start [fresh] | installed | stop | status | kill [N] | restart [N] | freeze [N] | thaw [N]"; return 2 ;;
   esac
 }

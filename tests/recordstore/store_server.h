@@ -5,6 +5,7 @@
 //   KOVA_DB_ACCOUNT, KOVA_DB_PASSWORD     an account that may make databases
 
 #include <cstdlib>
+#include <random>
 #include <string>
 
 #include "platform/os/clock.h"
@@ -35,9 +36,9 @@ inline void PutOnServer(const std::string& folder, const std::string& database,
 
 /// A name that no other test's database has.
 inline std::string NewDatabaseName() {
+  static const std::string run = std::to_string(os::UtcMilliseconds()) + "_" + std::to_string(std::random_device{}());
   static int count = 0;
-  const std::size_t now = static_cast<std::size_t>(os::UtcMilliseconds());
-  return "kova_test_" + std::to_string(now) + "_" + std::to_string(++count);
+  return "kova_test_" + run + "_" + std::to_string(++count);
 }
 
 }  // namespace kova::testing
