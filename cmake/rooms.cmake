@@ -10,6 +10,7 @@ function(kova_room name)
   endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC kova_options ${ARG_DEPENDS})
+  kova_precompile(${name})
 endfunction()
 
 # kova_test(NAME [ON_SERVERS] [ONLY_ON_SERVERS] SOURCES ... DEPENDS ...): one test program, run by scripts/run_tests.sh in
@@ -21,7 +22,8 @@ function(kova_test name)
   cmake_parse_arguments(ARG "ON_SERVERS;ONLY_ON_SERVERS" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE kova_options kova_test_main ${ARG_DEPENDS})
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  set_target_properties(${name} PROPERTIES KOVA_TEST_CODE ON RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  kova_precompile(${name})
   if(WIN32)
     # The test programs load the library's DLLs as a host does: from their own folder.
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
