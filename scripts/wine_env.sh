@@ -12,7 +12,8 @@ wine_server=/usr/lib/wine/wineserver64
 [ -x "$wine_server" ] || wine_server=/usr/lib/wine/wineserver
 
 # At most KOVA_WINE_PATIENCE seconds; 0 for any time.
-wine() { timeout "${KOVA_WINE_PATIENCE:-600}" env LC_ALL="$wine_locale" "$wine_bin" "$@"; }
+wine_command=(timeout "${KOVA_WINE_PATIENCE:-600}" env LC_ALL="$wine_locale" "$wine_bin")
+wine() { "${wine_command[@]}" "$@"; }
 
 wine_start() {
   mkdir -p "$WINEPREFIX"
