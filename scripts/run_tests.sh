@@ -193,8 +193,14 @@ in_windows='^window_[a-z]+_test$'  # programs that open windows
 # What these windows do is the same at every scale of the screen.
 whatever_the_scale='-*.TwoHostsOnOnePractice:*.TwoOfOneProcessWorkSideBySide:*.SeesOtherWorkstations*'
 
-# run_windows GROUP ARGUMENT...: the programs that open windows, one at a time, since they share the keyboard. Their
-# pictures are kept as out/GROUP/*.png.
+# under_wine PROGRAM ARGUMENT...: those of one system that open windows run one at a time, since they share the keyboard.
+under_wine() {
+  local together=()
+  [[ ! $1 =~ $in_windows ]] || together=(flock "$WINEPREFIX/display.lock")
+  "${together[@]}" "${wine_command[@]}" "build/windows/bin/$1.exe" "${@:2}"
+}
+
+# run_windows GROUP ARGUMENT...: the programs that open windows. Their pictures are kept as out/GROUP/*.png.
 run_windows() {
   local group=$1 name folder="out/$1"
   shift
@@ -202,7 +208,7 @@ run_windows() {
   mkdir -p "$folder" "$results/$group"
   export KOVA_PICTURES="Z:${PWD//\//\\}\\${folder//\//\\}"
   for name in $(programs "$group" build/windows/test_programs.txt "$in_windows"); do
-    run_program "$group" "$name" flock "$WINEPREFIX/display.lock" "${wine_command[@]}" "build/windows/bin/$name.exe" "$@"
+    run_program "$group" "$name" under_wine "$name" "$@"
   done
   unset KOVA_PICTURES
   run_check "$group" pictures scripts/window_pictures.sh "$folder"
@@ -210,8 +216,7 @@ run_windows() {
 
 # The programs of the Windows build that open no windows, but those whose name matches PATTERN.
 run_windows_programs() {  # GROUP PATTERN
-  run_all "$1" "${wine_command[@]}" build/windows/bin/@.exe \
-    < <(programs "$1" build/windows/test_programs.txt -vE "$in_windows|$2")
+  run_all "$1" under_wine @ < <(programs "$1" build/windows/test_programs.txt -vE "$in_windows|$2")
 }
 
 # ---- groups ----
@@ -243,7 +248,7 @@ run_group() {
       run_windows_programs windows '^$' &
       run_windows windows-96 &
       for kind in postgres galera; do
-        run_on_server "windows-$kind" $kind windows flock "$WINEPREFIX/display.lock" "${wine_command[@]}" build/windows/bin/@.exe &
+        run_on_server "windows-$kind" $kind windows under_wine @ &
       done
       wait_for_all
       stop_windows

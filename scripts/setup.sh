@@ -16,7 +16,7 @@ needed=(
   unixodbc-dev:/usr/include/sql.h
   fonts-wine:/usr/share/wine/fonts/marlett.ttf fonts-vlgothic:/usr/share/fonts/truetype/vlgothic/VL-PGothic-Regular.ttf
 )
-# For the tests on database servers only: where they cannot be had, those tests say so and are left out.
+# For the tests on database servers only: where they cannot be had, those tests are skipped.
 odbc=/usr/lib/x86_64-linux-gnu/odbc
 servers=(
   odbc-postgresql:$odbc/psqlodbcw.so odbc-mariadb:$odbc/libmaodbc.so postgresql:/usr/lib/postgresql
