@@ -77,7 +77,7 @@ Result Cursor::ReadAhead(std::span<const std::string> firstFields) {
     const std::string_view text = GetText(each.data(), each.size());
     if (text.size() <= key.fields.front()->width && aheadAt_.emplace(text, kMissing).second) keys.emplace_back(text);
   }
-  aheadWrites_ = engine_->WriteCount(table_);
+  aheadWrites_ = engine_->Changes().WriteCount(table_);
   const Result result = keys.empty() ? Result::kDone : engine_->ReadMany(Shape(), keys, ahead_);
   if (result != Result::kDone || keys.empty()) return result;
   for (std::size_t i = 0; i < ahead_.Size(); ++i) aheadAt_[MakeKey(key, ahead_.Record(i))] = i;
@@ -88,7 +88,7 @@ Result Cursor::ReadAhead(std::span<const std::string> firstFields) {
 // False when the record that the key buffer names has to be asked for.
 bool Cursor::FindAhead(Result& result) {
   if (aheadView_ == 0 || engine_ == nullptr || !IsWholeKey() || walkEnd_ || walk_) return false;
-  if (engine_->ReadView() != aheadView_ || engine_->WriteCount(table_) != aheadWrites_) return false;
+  if (engine_->ReadView() != aheadView_ || engine_->Changes().WriteCount(table_) != aheadWrites_) return false;
   const auto found = aheadAt_.find(TrimmedKeyBuffer());
   if (found == aheadAt_.end()) return false;
   hasPosition_ = hasRecord_ = atEnd_ = isLast_ = false;
@@ -180,7 +180,7 @@ std::size_t Cursor::FirstLimit(bool mustEqual) const {
 Result Cursor::ReadBlock(ReadFrom from, std::size_t limit) {
   if (forward_ && walkEnd_) from.upTo = *walkEnd_;
   if (forward_ && walk_) from.beginnings = *walk_;
-  writeCount_ = engine_->WriteCount(table_);
+  writeCount_ = engine_->Changes().WriteCount(table_);
   const Result result = engine_->Read(Shape(), keyIndex_, from, limit, block_);
   isLast_ = block_.Size() < limit;
   if (result != Result::kDone || !from.upTo) return result;
@@ -205,15 +205,25 @@ Result Cursor::Load(Result readResult) {
     return readResult;
   }
   if (block_.Size() == 0) return RunOff();
-  std::memcpy(buffer_, block_.Record(0), table_.recordSize);
-  hasPosition_ = hasRecord_ = true;
+  Take();
   return Result::kDone;
 }
+
+// The block's record at `at_` becomes the current one.
+void Cursor::Take() {
+  std::memcpy(buffer_, block_.Record(at_), table_.recordSize);
+  hasPosition_ = hasRecord_ = true;
+  birth_ = engine_->Changes().BirthOf(table_, block_.Id(at_));
+}
+
+// False also when the current record was inserted in a transaction that was taken back since: its number may be another
+// workstation's record by now.
+bool Cursor::HasRecord() const { return hasRecord_ && !engine_->Changes().WasTakenBack(birth_); }
 
 // True when the block says what comes next.
 bool Cursor::BlockGoesOn(bool forward) const {
   return forward == forward_ && block_.Size() > 0 && (isLast_ || at_ + 1 < block_.Size()) &&
-         engine_->WriteCount(table_) == writeCount_;
+         engine_->Changes().WriteCount(table_) == writeCount_;
 }
 
 Result Cursor::Step(bool forward) {
@@ -222,8 +232,7 @@ Result Cursor::Step(bool forward) {
   if (BlockGoesOn(forward)) {
     if (at_ + 1 == block_.Size()) return RunOff();
     ++at_;
-    std::memcpy(buffer_, block_.Record(at_), table_.recordSize);
-    hasRecord_ = true;
+    Take();
     return Result::kDone;
   }
   DropBlock();
@@ -254,6 +263,7 @@ Result Cursor::Insert() {
   id_ = id;
   original_.assign(buffer_, table_.recordSize);
   block_.Reset(table_.recordSize);
+  birth_ = engine_->Changes().LastBirth();
   hasPosition_ = hasRecord_ = true;
   atEnd_ = false;
   return Result::kDone;
@@ -262,7 +272,7 @@ Result Cursor::Insert() {
 Result Cursor::Update(bool onlyUnchanged) {
   if (engine_ == nullptr) return Result::kNotOpen;
   if (part_) return Result::kBadArgument;  // it would empty the fields that were not read
-  if (!hasRecord_) return Result::kNoRecord;
+  if (!HasRecord()) return Result::kNoRecord;
   DropBlock();
   const Result result = engine_->Update(table_, id_, buffer_, onlyUnchanged ? original_.data() : nullptr);
   if (result == Result::kDone) original_.assign(buffer_, table_.recordSize);
@@ -271,11 +281,23 @@ Result Cursor::Update(bool onlyUnchanged) {
 
 Result Cursor::Delete() {
   if (engine_ == nullptr) return Result::kNotOpen;
-  if (!hasRecord_) return Result::kNoRecord;
+  if (!HasRecord()) return Result::kNoRecord;
   DropBlock();
   const Result result = engine_->Delete(table_, id_);
   if (result == Result::kDone) hasRecord_ = false;
   return result;
+}
+
+Result Cursor::ReadCurrent(std::string& record) {
+  if (engine_ == nullptr) return Result::kNotOpen;
+  if (!HasRecord()) return Result::kNoRecord;
+  DropBlock();
+  RecordBlock stored;
+  const Result result = engine_->ReadInOrder(table_, id_ - 1, 1, stored);
+  if (result != Result::kDone) return result;
+  if (stored.Size() == 0 || stored.Id(0) != id_) return Result::kChanged;
+  record.assign(stored.Record(0), table_.recordSize);
+  return Result::kDone;
 }
 
 Cursor::Mark Cursor::GetMark() const {

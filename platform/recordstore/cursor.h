@@ -62,6 +62,8 @@ class Cursor {
   /// cursor read it.
   Result Update(bool onlyUnchanged);
   Result Delete();
+  /// The current record as the store holds it now, whatever the buffer holds; kChanged when it was deleted.
+  Result ReadCurrent(std::string& record);
 
   /// The current record, for coming back to it after an Update or a Delete that the store took back.
   struct Mark {
@@ -77,6 +79,8 @@ class Cursor {
   bool BlockGoesOn(bool forward) const;
   Result ReadBlock(ReadFrom from, std::size_t limit);
   Result Load(Result readResult);
+  void Take();
+  bool HasRecord() const;
   Result RunOff();
   bool IsWholeKey() const { return keyIndex_ == 0 && keyBuffer_.size() >= Key().width; }
   std::size_t FirstLimit(bool mustEqual) const;
@@ -113,6 +117,7 @@ class Cursor {
   bool hasPosition_ = false;
   bool hasRecord_ = false;  // false after a Delete: only a place to step from
   bool atEnd_ = false;
+  std::uint64_t birth_ = 0;  // of the current record, as ChangeBook gives it
   RecordId id_ = 0;
   std::string original_;  // the current record as the store holds it
 };

@@ -123,10 +123,13 @@ int KovaUpgradeDatabase(const char* folder, std::string* problem) try {
   const std::string_view name = folder == nullptr ? "" : folder;
   kova::store::ServerSettings settings;
   std::string said;
-  Result result = Result::kDone;  // a folder that holds its records itself has one layout so far
+  Result result = Result::kFailed;
   if (kova::store::HasServerFile(name)) {
     result = kova::store::ReadServerSettings(name, settings, said);
     if (result == Result::kDone) result = kova::store::UpgradeServerDatabase(settings, said);
+  } else {
+    // A file is upgraded by whoever opens it.
+    (void)kova::store::OpenEngine(name, kova::os::IsRemoteFolder(name), result, said);
   }
   if (problem != nullptr) *problem = said;
   return static_cast<int>(result);

@@ -108,8 +108,9 @@ KOVADBCALL_API int KovaDescribeServer(const char* folder, std::string& text);
 /// the system protects such data. 0 for success.
 KOVADBCALL_API int KovaStoreServerPassword(const char* folder, const char* password);
 
-/// Brings the tables of an older program on a folder's server to this program's layout; the records stay. Wants the account
-/// that laid them out (KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD in the environment). 0 for success, also where there is nothing
+/// Brings the tables of an older program to this program's layout; the records stay. On a server it wants the account that
+/// laid them out (KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD in the environment). A file is upgraded by the first program that
+/// opens it, too; result OldVersion while another program has it open. 0 for success, also where there is nothing
 /// to do; result WrongVersion for those of a newer program. `problem` as of KovaCreateDatabase.
 KOVADBCALL_API int KovaUpgradeDatabase(const char* folder, std::string* problem = nullptr);
 

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/recordstore/change_book.h"
 #include "platform/recordstore/kovadbcall_export.h"
 #include "platform/recordstore/result.h"
 #include "platform/recordstore/schema.h"
@@ -142,8 +143,8 @@ class KOVADBCALL_API Engine {
   /// For a store that several folders may name: says to all of them that a migration into it is not finished, or is.
   virtual Result MarkUnfinished(bool) { return Result::kDone; }
 
-  /// Changes whenever this connection wrote to the table, so that records read ahead are not used afterwards.
-  virtual std::uint64_t WriteCount(const TableDef& table) const = 0;
+  /// What this connection wrote: which records read ahead are still good, and which were taken back.
+  virtual const ChangeBook& Changes() const = 0;
 
   /// Questions to a distant store so far; 0 where there are none.
   virtual std::uint64_t RoundTrips() const { return 0; }

@@ -33,7 +33,7 @@ enum class [[nodiscard]] Result : int {
   kNoDriver = 21,       ///< the server's ODBC driver is not installed on this workstation
   kConflict = 22,       ///< another workstation's transaction won; nothing of this one is written
   kOutcomeUnknown = 23,  ///< the connection was lost while writing, and no server says yet what became of it
-  kOldVersion = 24,     ///< an older program made the database; it is to be upgraded first
+  kOldVersion = 24,     ///< an older program made the database; it is to be upgraded first, while nobody has it open
   kFailed = 99,                 ///< anything else: no memory, an input or output error
 };
 // clang-format on

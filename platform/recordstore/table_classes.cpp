@@ -1,9 +1,12 @@
 #include "platform/recordstore/table_classes.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
 #include <new>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/os/retry.h"
@@ -14,10 +17,14 @@
 
 using kova::store::Cursor;
 using kova::store::Engine;
+using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
 
 namespace {
+
+constexpr std::string_view kSaleNumbers = "saleNumber";  // the counter
+constexpr std::int64_t kLargestSaleNumber = 999999999999;
 
 int Code(Result result) { return static_cast<int>(result); }
 
@@ -48,6 +55,35 @@ int AsUnit(Engine* engine, std::initializer_list<Cursor*> written, Writes writes
     (void)engine->EndUnit(false);
     return Code(Result::kFailed);
   }
+}
+
+// What a deletion goes by: the current record as the store holds it, not the buffer, which is the host's.
+template <typename Record>
+int ReadCurrent(Cursor& cursor, Record& record) {
+  std::string bytes;
+  const Result result = cursor.ReadCurrent(bytes);
+  if (result == Result::kDone) std::memcpy(&record, bytes.data(), sizeof record);
+  return Code(result);
+}
+
+// Takes the counter of sale numbers behind the largest one in use: a host may have stored a sale under a number that the
+// counter had yet to reach.
+Result PassUsedSaleNumbers(Engine& engine, CKovaDBSys* db) {
+  constexpr std::string_view kBehindDigits = ":";
+  CSaleDB sales(nullptr, 0);
+  int found = sales.SetAssociatedDB(db);
+  if (found == 0) {
+    sales.SetKeyBuffer(kBehindDigits.data(), kBehindDigits.size());
+    found = sales.GetLESS();
+  }
+  if (found != 0) return static_cast<Result>(found);
+  const std::string_view largest = GetText(sales.record.saleNumber);
+  std::int64_t number = 0, last = 0;
+  const auto parsed = std::from_chars(largest.data(), largest.data() + largest.size(), number);
+  // One that is no number of ours is passed by counting.
+  if (parsed.ptr != largest.data() + largest.size() || number >= kLargestSaleNumber) return Result::kDone;
+  const Result counted = engine.LastNumber(kSaleNumbers, last);
+  return counted != Result::kDone || number <= last ? counted : engine.SetLastNumber(kSaleNumbers, number);
 }
 
 std::int32_t WrappingAdd(std::int32_t a, std::int32_t b) {
@@ -100,10 +136,12 @@ int CReservationDB::Update(int updateType) {
 
 int CReservationDB::Delete() {
   return AsUnit(GetEngine(), {&GetCursor()}, [&] {
+    tagRESERVATION stored;
     CReservationStandbyDB standby(nullptr, 0);
-    int result = standby.SetAssociatedDB(GetDB());
+    int result = ReadCurrent(GetCursor(), stored);
+    if (result == 0) result = standby.SetAssociatedDB(GetDB());
     while (result == 0) {
-      result = standby.GetReservationStandbyDataFromReservationKey(record.reservationNumber);
+      result = standby.GetReservationStandbyDataFromReservationKey(stored.reservationNumber);
       if (result == 0) result = standby.Delete();
     }
     return result == Code(Result::kNotFound) ? CBaseDBCall::Delete() : result;
@@ -125,11 +163,14 @@ int CSaleDB::Update(UPDATE_TYPE updateType) {
 int CSaleDB::Delete(int withItems) {
   if (withItems == 0) return CBaseDBCall::Delete();
   return AsUnit(GetEngine(), {&GetCursor()}, [&] {
+    tagSALE stored;
+    const int read = ReadCurrent(GetCursor(), stored);
+    if (read != 0) return read;
     CSaleItemDB items(nullptr, 0);
     const int bound = items.SetAssociatedDB(GetDB());
     if (bound != 0) return bound;
-    const int deleted = WalkOfNumber(items, 0, record.saleNumber, [&](const tagSALEITEM& item) {
-      if (std::memcmp(item.saleNumber, record.saleNumber, sizeof item.saleNumber) != 0) return -1;
+    const int deleted = WalkOfNumber(items, 0, stored.saleNumber, [&](const tagSALEITEM& item) {
+      if (std::memcmp(item.saleNumber, stored.saleNumber, sizeof item.saleNumber) != 0) return -1;
       return items.Delete();
     });
     return deleted != 0 ? deleted : CBaseDBCall::Delete();
@@ -143,16 +184,23 @@ int CSaleDB::InsertAdjustFee(CString& saleNumber, tagSALEITEM* item, void* saleI
   Engine* engine = GetEngine();
   if (engine != items->GetEngine()) return Code(Result::kBadArgument);
   const int result = AsUnit(engine, {}, [&] {
-    std::int64_t number = 0;
-    const Result counted = engine->NextNumber("saleNumber", number);
-    if (counted != Result::kDone) return Code(counted);
-    char text[24];
-    std::snprintf(text, sizeof text, "%012lld", static_cast<long long>(number));
-    PutText(record.saleNumber, text);
-    PutText(item->saleNumber, text);
+    int inserted = Code(Result::kDuplicate);
+    while (inserted == Code(Result::kDuplicate)) {
+      std::int64_t number = 0;
+      const Result counted = engine->NextNumber(kSaleNumbers, number);
+      if (counted != Result::kDone) return Code(counted);
+      if (number > kLargestSaleNumber) return Code(Result::kFull);
+      char text[24];
+      std::snprintf(text, sizeof text, "%012lld", static_cast<long long>(number));
+      PutText(record.saleNumber, text);
+      PutText(item->saleNumber, text);
+      inserted = Insert();
+      if (inserted != Code(Result::kDuplicate)) break;
+      const Result passed = PassUsedSaleNumbers(*engine, GetDB());
+      if (passed != Result::kDone) return Code(passed);
+    }
     PutText(item->lineNumber, "0001");
     items->record = *item;
-    const int inserted = Insert();
     return inserted != 0 ? inserted : items->Insert();
   });
   if (result == 0) saleNumber = record.saleNumber;
@@ -199,6 +247,11 @@ int CSaleDB::CalcSum(tagSALE* sale, void* saleItemTable, long* points, long* sel
 }
 
 int CChargeDB::Delete(int receiptedToo) {
-  if (receiptedToo == 0 && record.receipted != 0) return Code(Result::kReceipted);
-  return CBaseDBCall::Delete();
+  if (receiptedToo != 0) return CBaseDBCall::Delete();
+  return AsUnit(GetEngine(), {&GetCursor()}, [&] {
+    tagCHARGE stored;
+    const int read = ReadCurrent(GetCursor(), stored);
+    if (read != 0) return read;
+    return stored.receipted != 0 ? Code(Result::kReceipted) : CBaseDBCall::Delete();
+  });
 }

@@ -20,13 +20,13 @@ std::string CreateTableSql(const SqlForm& form, const TableDef& table) {
     const bool isPrimary = key.number == 0;
     sql += std::string("CREATE ") + (isPrimary ? "UNIQUE " : "") + "INDEX " +
            form.Name(std::string(table.name) + "_" + KeyName(key)) + " ON " + name + " (" + KeyColumn(form, key) +
-           (isPrimary || form.NewId() != "?" ? ");\n" : ", id);\n");
+           (isPrimary || form.IndexesHoldIds() ? ");\n" : ", id);\n");
   }
   return sql;
 }
 
 std::string InsertSql(const SqlForm& form, const TableDef& table) {
-  std::string columns = "id, ", places = form.NewId() + ", ";
+  std::string columns = "id, ", places = "?, ";
   for (const FieldDef& field : table.fields) columns += form.Name(field.name) + ", ";
   for (const KeyDef& key : table.keys) columns += KeyColumn(form, key) + ", ";
   for (std::size_t i = 0; i < table.fields.size() + table.keys.size(); ++i) places += "?, ";

@@ -29,15 +29,15 @@ class SqlForm {
   virtual std::string BytesType() const { return "BLOB"; }
   /// Behind the closing bracket of a table's columns.
   virtual std::string TableOptions() const { return {}; }
-  /// What a new record's id is set to: a parameter, the first, or an expression that lets the engine choose.
-  virtual std::string NewId() const { return "NULL"; }
+  /// True where every index holds the records' ids without being told.
+  virtual bool IndexesHoldIds() const { return true; }
   /// Behind an insertion, so that a primary key that exists already inserts nothing instead of failing.
   virtual std::string OrNothing() const { return {}; }
 };
 
 /// With its indexes; statements end in ";" and a line break.
 std::string CreateTableSql(const SqlForm& form, const TableDef& table);
-/// Parameters: the id where NewId says so, fields, keys, exact.
+/// Parameters: the id, fields, keys, exact.
 std::string InsertSql(const SqlForm& form, const TableDef& table);
 /// Parameters: fields, keys, exact, the id.
 std::string UpdateSql(const SqlForm& form, const TableDef& table);

@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <set>
 #include <string>
+#include <thread>
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
@@ -94,6 +97,57 @@ TEST(RecordStoreFaults, FoldersWithoutADatabase) {
   EXPECT_EQ(db.OpenDB((folder.Path() + "a").c_str()), Code(Result::kNoDatabase)) << "half-copied: no marker";
   WriteBytes(folder.Native() / "file", "x");
   EXPECT_NE(KovaCreateDatabase((folder.Path() + "file").c_str()), 0);
+}
+
+TEST(RecordStoreFaults, OfTwoWhoMakeADatabaseOneDoesAndBothHaveIt) {
+  for (int round = 0; round < 20; ++round) {
+    const os::testing::TemporaryFolder folder("faults");
+    int results[2] = {-1, -1};
+    std::thread other([&] { results[1] = KovaCreateDatabase(folder.Path().c_str()); });
+    results[0] = KovaCreateDatabase(folder.Path().c_str());
+    other.join();
+    EXPECT_EQ(std::min(results[0], results[1]), 0);
+    EXPECT_EQ(std::max(results[0], results[1]), Code(Result::kDuplicate));
+    CKovaDBSys db;
+    EXPECT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  }
+}
+
+TEST_P(RecordStoreInBothModes, AFileOfTheFirstLayoutIsUpgradedWhenNobodyHoldsIt) {
+  const os::testing::TemporaryFolder folder("faults");
+  Create(folder, GetParam());
+  CString number;
+  const auto sell = [&] {
+    CKovaDBSys db;
+    const int opened = db.OpenDB(folder.Path().c_str());
+    return opened != 0 ? opened : MakeSale(db, number);
+  };
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(sell(), 0);
+  const std::string name = folder.Argument() + "/kova.db";
+  {
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(name.c_str(), &raw), SQLITE_OK);
+    const store::Connection program(raw);
+    ASSERT_EQ(store::Execute(raw, "DELETE FROM counter WHERE name = 'write'; PRAGMA user_version = 1; BEGIN; "
+                                  "SELECT * FROM counter"), Result::kDone);
+    EXPECT_EQ(sell(), Code(Result::kOldVersion)) << "an older program has it open";
+    ASSERT_EQ(store::Execute(raw, "COMMIT; DELETE FROM sale WHERE saleNumber = '000000000003'"), Result::kDone);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.Native() / "kova.db.layout1"));
+  ASSERT_EQ(sell(), 0);
+  EXPECT_STREQ(number.GetString(), "000000000004");
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  store::RecordBlock sales, items;
+  ASSERT_EQ(db.GetEngine()->ReadInOrder(*store::FindTable("sale"), 0, 10, sales), Result::kDone);
+  ASSERT_EQ(db.GetEngine()->ReadInOrder(*store::FindTable("saleitem"), 0, 10, items), Result::kDone);
+  ASSERT_EQ(sales.Size(), 3u);
+  EXPECT_GT(sales.Id(2), items.Id(2)) << "behind every number that was ever given";
+  db.CloseDB();
+  // The copy is the file as it was.
+  WriteBytes(folder.Native() / "kova.db", FileBytes(folder.Native() / "kova.db.layout1"));
+  EXPECT_EQ(sell(), 0);
+  EXPECT_STREQ(number.GetString(), "000000000004");
 }
 
 TEST(RecordStoreFaults, DamagedFilesAreToldAndLeftAsTheyAre) {

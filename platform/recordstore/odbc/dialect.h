@@ -13,7 +13,7 @@ namespace kova::store {
 
 class Dialect : public SqlForm {
  public:
-  std::string NewId() const override { return "?"; }
+  bool IndexesHoldIds() const override { return false; }
 
   /// The server's product as its driver tells it, and the first version that has all that is asked of it.
   struct Oldest {

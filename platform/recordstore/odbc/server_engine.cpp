@@ -152,7 +152,9 @@ Result ServerEngine::Insert(const TableDef& table, const char* record, RecordId&
     const RecordId next = ++counters_.find(kWrites)->second;
     const Result result = Ask([kept = Keep(table), next, bytes = std::string(record, table.recordSize)](
                                   odbc::Session& session) { return session.Insert(*kept, next, bytes.data()); });
-    if (result == Result::kDone) id = next;
+    if (result != Result::kDone) return result;
+    id = next;
+    changes_.NoteInsert(table, id);
     return result;
   });
 }
@@ -220,6 +222,7 @@ Result ServerEngine::BeginTransaction(Mode mode) {
   counters_.clear();
   for (const std::vector<std::string>& row : *rows) counters_[row[0]] = NumberOf(row[1]);
   mode_ = mode;
+  changes_.NoteBegin(mode == Mode::kHost);  // as in SqliteEngine
   isLost_ = false;
   const auto writes = counters_.find(kWrites);
   if (writes == counters_.end()) {
@@ -250,6 +253,7 @@ Result ServerEngine::BeginUnit() {
   if (result != Result::kDone) return result;
   countersBefore_ = counters_;
   mode_ = Mode::kUnitInHost;
+  changes_.NoteBeginUnit();
   return Result::kDone;
 }
 
@@ -386,6 +390,12 @@ Result ServerEngine::NextNumber(std::string_view counter, std::int64_t& number) 
 }
 
 Result ServerEngine::LastNumber(std::string_view counter, std::int64_t& number) {
+  if (HoldsTransaction()) {
+    const auto counted = counters_.find(counter);
+    if (counted == counters_.end()) return Result::kDamaged;
+    number = counted->second;
+    return Result::kDone;
+  }
   link_.StartClock();
   auto rows = std::make_shared<odbc::Rows>();
   const Result result = Ask([rows, sql = "SELECT value FROM counter WHERE name = '" + std::string(counter) + "'"](

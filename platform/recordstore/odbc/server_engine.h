@@ -42,7 +42,7 @@ class ServerEngine final : public Engine {
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
   Result LastNumber(std::string_view counter, std::int64_t& number) override;
   Result SetLastNumber(std::string_view counter, std::int64_t number) override;
-  std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
+  const ChangeBook& Changes() const override { return changes_; }
   Result MarkUnfinished(bool isUnfinished) override;
   Result CheckIntegrity(std::string& finding) override;
   std::uint64_t RoundTrips() const override { return link_.RoundTrips(); }

@@ -12,11 +12,12 @@
 namespace kova::store {
 namespace {
 
-constexpr int kSchemaVersion = 1;           // stored; a change needs an upgrade step
+constexpr int kSchemaVersion = 2;           // stored; a change needs an upgrade step
 constexpr int kApplicationId = 0x4B4F5641;  // stored; do not change
 constexpr std::string_view kDatabaseFile = "kova.db";
 constexpr std::string_view kLockFile = "kova.db.lock";  // between programs; do not change
 constexpr int kWaitForSettingUp = 5000;                 // ms
+constexpr int kWaitForUpgrade = 1000;                   // for a program that may have it open all day
 
 std::filesystem::path InFolder(std::string_view folder, std::string_view file) {
   return os::ToFilesystemPath(folder) / std::string(file);
@@ -61,6 +62,7 @@ Result CheckVersion(sqlite3* connection) {
   if (value != std::to_string(kApplicationId)) return Result::kDamaged;
   result = QueryText(connection, "PRAGMA user_version", value);
   if (result != Result::kDone) return result;
+  if (value == "1") return Result::kOldVersion;
   return value == std::to_string(kSchemaVersion) ? Result::kDone : Result::kWrongVersion;
 }
 
@@ -80,6 +82,56 @@ Result MarkForNetwork(sqlite3* connection) {
     if (result == Result::kDone) {
       result = Execute(connection, "UPDATE store_info SET value = 'network' WHERE name = 'sharing'");
     }
+  }
+  if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
+  if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
+  return result;
+}
+
+// Copies the database, which nobody writes meanwhile, into a new file beside it.
+Result CopyDatabase(sqlite3* connection, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::remove(to, error);
+  int code = SQLITE_OK;
+  {
+    const Connection copy = Connect(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, code);
+    if (code == SQLITE_OK) {
+      sqlite3_backup* const backup = sqlite3_backup_init(copy.get(), "main", connection, "main");
+      if (backup != nullptr) (void)sqlite3_backup_step(backup, -1);
+      code = backup != nullptr ? sqlite3_backup_finish(backup) : sqlite3_errcode(copy.get());
+    }
+  }
+  const Result result = FromSqlite(code);
+  if (result != Result::kDone) std::filesystem::remove(to, error);
+  return result;
+}
+
+// In layout 1 SQLite chose the records' ids. From layout 2 on they come from a counter, which begins behind the largest.
+std::string UpgradeSql() {
+  std::string ids;
+  for (const TableDef& table : AllTables())
+    ids += (ids.empty() ? "SELECT MAX(id) AS id FROM " : " UNION ALL SELECT MAX(id) FROM ") + std::string(table.name);
+  return "BEGIN EXCLUSIVE; INSERT INTO counter SELECT '" + std::string(kIdCounter) + "', COALESCE(MAX(id), 0) FROM (" +
+         ids + "); PRAGMA user_version = " + std::to_string(kSchemaVersion) + "; COMMIT";
+}
+
+// Brings a file of an older program to this layout, in one transaction, while nobody else has it open: an older program
+// would go on to choose ids. The file as it was stays beside it. kOldVersion while somebody has it open.
+Result Upgrade(sqlite3* connection, const std::filesystem::path& file) {
+  if (sqlite3_db_readonly(connection, "main") == 1) return Result::kOldVersion;
+  std::string mode;
+  sqlite3_busy_timeout(connection, kWaitForUpgrade);
+  Result result = Execute(connection, "PRAGMA locking_mode = EXCLUSIVE");
+  if (result == Result::kDone) result = QueryText(connection, "PRAGMA journal_mode = DELETE", mode);
+  if (result == Result::kDone) result = Execute(connection, "BEGIN EXCLUSIVE; COMMIT");
+  if (result == Result::kBusy || (result == Result::kDone && mode != "delete")) return Result::kOldVersion;
+  // Another program may have been faster.
+  if (result == Result::kDone) result = CheckVersion(connection);
+  if (result == Result::kOldVersion) {
+    std::filesystem::path copy = file;
+    result = CopyDatabase(connection, copy += ".layout1");
+    if (result == Result::kDone) result = Execute(connection, UpgradeSql().c_str());
+    if (result != Result::kDone && sqlite3_get_autocommit(connection) == 0) (void)Execute(connection, "ROLLBACK");
   }
   if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
   if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
@@ -109,7 +161,7 @@ std::string LayoutSql(bool overNetwork) {
   sql +=
       "');\n"
       "CREATE TABLE counter (name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;\n"
-      "INSERT INTO counter VALUES ('saleNumber', 0);\n"
+      "INSERT INTO counter VALUES ('saleNumber', 0), ('" + std::string(kIdCounter) + "', 0);\n"
       "CREATE TABLE change_stamp (tableName TEXT PRIMARY KEY, stamp INTEGER NOT NULL) WITHOUT ROWID;\n";
   for (const TableDef& table : AllTables()) {
     sql +=
@@ -149,6 +201,8 @@ std::unique_ptr<Engine> OpenSqliteEngine(std::string_view folder, bool overNetwo
   result = FromSqlite(code);
   if (result == Result::kDone && overNetwork) result = ReadExclusively(connection.get());
   if (result == Result::kDone) result = CheckVersion(connection.get());
+  if (result == Result::kOldVersion) result = Upgrade(connection.get(), file);
+  if (result == Result::kDone && overNetwork) result = ReadExclusively(connection.get());
   if (result == Result::kDone && overNetwork) result = MarkForNetwork(connection.get());
   if (result == Result::kBusy && heldLocally) result = Result::kLocalOnly;
   if (result == Result::kDone) result = SetUpJournal(connection.get(), overNetwork);
@@ -164,6 +218,10 @@ Result CreateSqliteDatabase(std::string_view folder, bool overNetwork) {
   const std::filesystem::path file = InFolder(folder, kDatabaseFile);
   const std::filesystem::path marker = InFolder(folder, kMarkerFile);
   if (!std::filesystem::is_directory(os::ToFilesystemPath(folder), error)) return Result::kNoDatabase;
+  // Of two who make one at once the second finds the first one's, whole.
+  std::unique_ptr<os::FileLock> lock;
+  const std::string lockFile = os::JoinPath(folder, kLockFile);
+  if (os::RealFiles().Lock(lockFile, kWaitForSettingUp, lock) == os::FileOutcome::kBusy) return Result::kBusy;
   if (std::filesystem::exists(marker, error) || std::filesystem::exists(file, error))
     return Result::kDuplicate;
   int code = SQLITE_OK;

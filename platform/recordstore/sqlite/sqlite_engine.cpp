@@ -133,10 +133,9 @@ Result SqliteEngine::ReadInOrder(const TableDef& table, RecordId behind, std::si
   return FromSqlite(code);
 }
 
-// Binds fields, keys and exact bytes; gives the number of the next parameter.
-int SqliteEngine::BindRecord(sqlite3_stmt* statement, const TableDef& table, const char* record) {
+// Binds fields, keys and exact bytes from parameter `at` on; gives the number of the next one.
+int SqliteEngine::BindRecord(sqlite3_stmt* statement, int at, const TableDef& table, const char* record) {
   ToColumns(table, record, columns_);
-  int at = 1;
   std::size_t text = 0;
   for (const FieldDef& field : table.fields) {
     if (field.kind == FieldKind::kText) {
@@ -185,14 +184,33 @@ Result SqliteEngine::WriteWhole(const TableDef& table, Write write) {
 
 Result SqliteEngine::Insert(const TableDef& table, const char* record, RecordId& id) {
   return WriteWhole(table, [&] {
+    RecordId next = 0;
+    const Result counted = NextId(next);
+    if (counted != Result::kDone) return counted;
     sqlite3_stmt* statement = Prepared(Of(table).insert, [&] { return InsertSql(SqlForm(), table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
-    BindRecord(statement, table, record);
+    sqlite3_bind_int64(statement, 1, next);
+    BindRecord(statement, 2, table, record);
     const Result result = FromSqlite(sqlite3_step(statement));
-    if (result == Result::kDone) id = sqlite3_last_insert_rowid(connection_.get());
+    if (result != Result::kDone) return result;
+    id = next;
+    changes_.NoteInsert(table, id);
     return result;
   });
+}
+
+// Left to itself, SQLite gives the number of a deleted last record again, and whoever still holds that record would write
+// over another. The counter is read once a transaction and written at its end.
+Result SqliteEngine::NextId(RecordId& id) {
+  if (!lastId_) {
+    std::int64_t last = 0;
+    const Result result = LastNumber(kIdCounter, last);
+    if (result != Result::kDone) return result;
+    lastId_ = last;
+  }
+  id = ++*lastId_;
+  return Result::kDone;
 }
 
 Result SqliteEngine::ReadUnchanged(const TableDef& table, RecordId id, const char* expected) {
@@ -218,7 +236,7 @@ Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* reco
     sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(SqlForm(), table); });
     if (statement == nullptr) return LastError();
     const StatementUse use(statement);
-    sqlite3_bind_int64(statement, BindRecord(statement, table, record), id);
+    sqlite3_bind_int64(statement, BindRecord(statement, 1, table, record), id);
     const Result result = FromSqlite(sqlite3_step(statement));
     if (result != Result::kDone) return result;
     return sqlite3_changes(connection_.get()) == 1 ? Result::kDone : Result::kChanged;
@@ -237,15 +255,20 @@ Result SqliteEngine::Delete(const TableDef& table, RecordId id) {
   });
 }
 
-Result SqliteEngine::Begin() {
+Result SqliteEngine::BeginTransaction(Mode mode) {
   if (HoldsTransaction()) return Result::kInTransaction;
   if (!canWrite_) return Result::kReadOnly;
   StartClock();
   if (mode_ == Mode::kReading) Rollback();
   const Result result = Execute(connection_.get(), "BEGIN IMMEDIATE");
-  mode_ = result == Result::kDone ? Mode::kHost : Mode::kIdle;
+  mode_ = result == Result::kDone ? mode : Mode::kIdle;
+  lastId_.reset();
+  // What a host reads in its transaction cannot be changed by others; what was read ahead before could.
+  if (result == Result::kDone) changes_.NoteBegin(mode == Mode::kHost);
   return result;
 }
+
+Result SqliteEngine::Begin() { return BeginTransaction(Mode::kHost); }
 
 Result SqliteEngine::End() {
   if (mode_ != Mode::kHost) return Result::kNoTransaction;
@@ -263,12 +286,12 @@ Result SqliteEngine::BeginUnit() {
   if (mode_ == Mode::kHost) {
     if (sqlite3_get_autocommit(connection_.get()) != 0) return Result::kNoTransaction;
     const Result result = Execute(connection_.get(), "SAVEPOINT unit");
-    if (result == Result::kDone) mode_ = Mode::kUnitInHost;
+    if (result != Result::kDone) return result;
+    mode_ = Mode::kUnitInHost;
+    changes_.NoteBeginUnit();
     return result;
   }
-  const Result result = Begin();
-  if (result == Result::kDone) mode_ = Mode::kUnit;
-  return result;
+  return BeginTransaction(Mode::kUnit);
 }
 
 Result SqliteEngine::EndUnit(bool worked) {
@@ -288,6 +311,7 @@ Result SqliteEngine::Commit() {
   StartClock();
   Result result = Result::kNoTransaction;
   if (sqlite3_get_autocommit(connection_.get()) == 0) result = WriteStamps();
+  if (result == Result::kDone && lastId_) result = SetLastNumber(kIdCounter, *lastId_);
   if (result == Result::kDone) result = Execute(connection_.get(), "COMMIT");
   if (result != Result::kDone) {
     Rollback();

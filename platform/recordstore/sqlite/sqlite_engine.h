@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -13,6 +14,9 @@
 #include "platform/recordstore/sqlite/read_sql.h"
 
 namespace kova::store {
+
+/// The counter of record ids in the database.
+inline constexpr std::string_view kIdCounter = "write";  // stored; do not change
 
 /// The embedded engine: one SQLite file in the database folder.
 class SqliteEngine final : public Engine {
@@ -40,7 +44,7 @@ class SqliteEngine final : public Engine {
   Result NextNumber(std::string_view counter, std::int64_t& number) override;
   Result LastNumber(std::string_view counter, std::int64_t& number) override;
   Result SetLastNumber(std::string_view counter, std::int64_t number) override;
-  std::uint64_t WriteCount(const TableDef& table) const override { return changes_.WriteCount(table); }
+  const ChangeBook& Changes() const override { return changes_; }
   Result CheckIntegrity(std::string& finding) override;
 
  private:
@@ -63,10 +67,12 @@ class SqliteEngine final : public Engine {
   Result ReadRange(const TableDef& table, std::size_t keyIndex, Range range, const ReadFrom& from,
                    std::size_t limit, RecordBlock& block);
   void DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlock& block);
-  int BindRecord(sqlite3_stmt* statement, const TableDef& table, const char* record);
+  int BindRecord(sqlite3_stmt* statement, int at, const TableDef& table, const char* record);
+  Result NextId(RecordId& id);
   Result ReadUnchanged(const TableDef& table, RecordId id, const char* expected);
   template <typename Write>
   Result WriteWhole(const TableDef& table, Write write);
+  Result BeginTransaction(Mode mode);
   Result Commit();
   void Rollback();
   Result WriteStamps();
@@ -78,6 +84,7 @@ class SqliteEngine final : public Engine {
   std::map<std::string, std::vector<Statement>> partReads_;  // as TableStatements' reads, by TableDef::part
   std::vector<Statement> stampReads_;                        // by the number of tables
   Statement stampWrite_, numberNext_, numberRead_, numberWrite_;
+  std::optional<RecordId> lastId_;  // of the open transaction, once it inserted
   ChangeBook changes_;
   Mode mode_ = Mode::kIdle;
   int readDepth_ = 0;

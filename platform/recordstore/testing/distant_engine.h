@@ -76,7 +76,7 @@ class DistantEngine : public Engine {
   Result NextNumber(std::string_view counter, std::int64_t& number) override {
     return Ask([&] { return store_->NextNumber(counter, number); });
   }
-  std::uint64_t WriteCount(const TableDef& table) const override { return store_->WriteCount(table); }
+  const ChangeBook& Changes() const override { return store_->Changes(); }
   std::uint64_t RoundTrips() const override { return roundTrips_; }
   Result CheckIntegrity(std::string& finding) override { return store_->CheckIntegrity(finding); }
 
