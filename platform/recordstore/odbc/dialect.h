@@ -25,7 +25,8 @@ class Dialect : public SqlForm {
   /// The driver's keywords for one server. `database` empty: the one that every server has.
   virtual std::string ConnectionString(const ServerSettings& settings, const ServerAddress& address,
                                        std::string_view database) const = 0;
-  /// Statements that a new connection begins with; the last one gives the session's number on its server.
+  /// Statements that a new connection begins with; the last one gives what names the session on its server, also
+  /// after the server's numbers have begun anew: its number and, behind a blank, when it or its server was started.
   virtual std::string SessionSql() const = 0;
   /// Ends that session when it is still there.
   virtual std::string EndSessionSql(std::string_view session) const = 0;

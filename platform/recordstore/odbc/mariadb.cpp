@@ -47,9 +47,17 @@ class MariaDb final : public Dialect {
     // Look-ups of many records by key are planned without searching the index for each of them first.
     return "SET SESSION innodb_lock_wait_timeout = 5, lock_wait_timeout = 5, idle_transaction_timeout = 20, "
            "eq_range_index_dive_limit = 1, sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', wsrep_sync_wait = 1; "
-           "SELECT COUNT(*) FROM information_schema.schemata; SET SESSION wsrep_sync_wait = 0; SELECT CONNECTION_ID()";
+           "SELECT COUNT(*) FROM information_schema.schemata; SET SESSION wsrep_sync_wait = 0; "
+           "SELECT CONCAT(CONNECTION_ID(), ' ', " + StartedSql() + ")";
   }
-  std::string EndSessionSql(std::string_view session) const override { return "KILL " + std::string(session); }
+  // Numbers of connections begin anew with the server: that it is still the same one is told by when it was started, which
+  // its clocks give to a second.
+  std::string EndSessionSql(std::string_view session) const override {
+    const std::size_t blank = session.find(' ');
+    if (blank == std::string_view::npos) return {};
+    const std::string number(session.substr(0, blank)), started(session.substr(blank + 1));
+    return Together("IF ABS(" + StartedSql() + " - " + started + ") <= 2 THEN KILL " + number + "; END IF");
+  }
 
   // The driver sends each statement of a text on its own; a block is one.
   std::string Together(std::string_view statements) const override {
@@ -63,6 +71,10 @@ class MariaDb final : public Dialect {
     parameters = "kik";
     const std::string beyond = forward ? " > ?" : " < ?";
     return "((" + column + " = ? AND id" + beyond + ") OR " + column + beyond + ")";
+  }
+  static std::string StartedSql() {
+    return "(SELECT UNIX_TIMESTAMP() - CAST(variable_value AS INTEGER) FROM information_schema.global_status "
+           "WHERE variable_name = 'UPTIME')";
   }
   std::string NowSql() const override { return "UNIX_TIMESTAMP()"; }
   std::string BeginReadsSql() const override { return "START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"; }

@@ -55,11 +55,17 @@ class PostgreSql final : public Dialect {
     // Who is gone must not go on holding the write lock; SQL texts are UTF-8.
     return "SET lock_timeout = 5000; SET idle_in_transaction_session_timeout = 20000; "
            "SET tcp_keepalives_idle = 5; SET tcp_keepalives_interval = 2; SET tcp_keepalives_count = 3; "
-           "SET standard_conforming_strings = on; SET client_min_messages = error; SELECT pg_backend_pid()";
+           "SET standard_conforming_strings = on; SET client_min_messages = error; "
+           "SELECT pid || ' ' || " + StartedSql() + " FROM pg_stat_activity WHERE pid = pg_backend_pid()";
   }
   std::string EndSessionSql(std::string_view session) const override {
-    return "SELECT pg_terminate_backend(" + std::string(session) + ")";
+    const std::size_t blank = session.find(' ');
+    if (blank == std::string_view::npos) return {};
+    // The system gives numbers of processes again.
+    return "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid = " + std::string(session.substr(0, blank)) +
+           " AND " + StartedSql() + " = '" + std::string(session.substr(blank + 1)) + "'";
   }
+  static std::string StartedSql() { return "to_char(backend_start AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISSUS')"; }
 
   std::string Bytes(std::string_view bytes) const override { return "'\\x" + Hex(bytes) + "'::bytea"; }
   std::string InsertArraysSql(const TableDef& table) const override {
