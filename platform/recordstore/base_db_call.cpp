@@ -32,26 +32,28 @@ CBaseDBCall::CBaseDBCall(kova::store::TableId table, void* buffer, const char*, 
 CBaseDBCall::~CBaseDBCall() = default;
 
 int CBaseDBCall::SetAssociatedDB(CKovaDBSys* db) {
-  db_ = db;
+  db_ = db == nullptr ? nullptr : db->GetPlace();
   cursor_->Bind(nullptr);
-  if (db_ != nullptr) generation_ = db_->GetGeneration();
+  if (db != nullptr) generation_ = db->GetGeneration();
   return Open();
 }
 
 int CBaseDBCall::Open() {
   DropClosed();
   if (cursor_->IsBound()) return 0;
-  if (db_ == nullptr || db_->GetEngine() == nullptr) return static_cast<int>(Result::kNotOpen);
-  generation_ = db_->GetGeneration();
-  cursor_->Bind(db_->GetEngine());
+  CKovaDBSys* const db = GetDB();
+  if (db == nullptr || db->GetEngine() == nullptr) return static_cast<int>(Result::kNotOpen);
+  generation_ = db->GetGeneration();
+  cursor_->Bind(db->GetEngine());
   return 0;
 }
 
 void CBaseDBCall::Close() { cursor_->Bind(nullptr); }
 
-// The connection may have been closed or opened on another folder since.
+// The connection may have been closed, opened on another folder or destroyed since.
 void CBaseDBCall::DropClosed() {
-  if (db_ != nullptr && db_->GetGeneration() != generation_) cursor_->Bind(nullptr);
+  const CKovaDBSys* const db = GetDB();
+  if (db == nullptr || db->GetGeneration() != generation_) cursor_->Bind(nullptr);
 }
 
 Engine* CBaseDBCall::GetEngine() {

@@ -115,12 +115,12 @@ class KOVADBCALL_API CBaseDBCall {
   int GetByPrimeKey(const char* first, const char* second);
 
   int PrimeKeyFromBuffer();
-  CKovaDBSys* GetDB() const { return db_; }
+  CKovaDBSys* GetDB() const { return db_ == nullptr ? nullptr : *db_; }
 
  private:
   void DropClosed();
 
   std::unique_ptr<kova::store::Cursor> cursor_;
-  CKovaDBSys* db_ = nullptr;
+  std::shared_ptr<CKovaDBSys* const> db_;
   unsigned generation_ = 0;
 };

@@ -12,9 +12,12 @@
 using kova::store::Engine;
 using kova::store::Result;
 
-CKovaDBSys::CKovaDBSys() = default;
+CKovaDBSys::CKovaDBSys() : place_(std::make_shared<CKovaDBSys*>(this)) {}
 
-CKovaDBSys::~CKovaDBSys() { CloseDB(); }
+CKovaDBSys::~CKovaDBSys() {
+  CloseDB();
+  *place_ = nullptr;
+}
 
 int CKovaDBSys::OpenDB(const char* folder) try {
   CloseDB();

@@ -20,8 +20,8 @@ class CKovaKept {
 };
 
 /// The open connection to a practice's database. The host opens and closes it and lends it to every
-/// operation. All its use is on one thread. Table objects bound to it must be gone, or are useless, once it
-/// is closed.
+/// operation. All its use is on one thread. Table objects bound to it give result NotOpen once it is closed
+/// or destroyed.
 class KOVADBCALL_API CKovaDBSys {
  public:
   CKovaDBSys();
@@ -62,8 +62,11 @@ class KOVADBCALL_API CKovaDBSys {
   void WrapEngine(const std::function<std::unique_ptr<kova::store::Engine>(std::unique_ptr<kova::store::Engine>)>& wrap);
   /// Changes with every OpenDB and CloseDB: a table object bound before knows that its engine is gone.
   unsigned GetGeneration() const { return generation_; }
+  /// Where this object is; null once it is destroyed. For those that may outlive it.
+  std::shared_ptr<CKovaDBSys* const> GetPlace() const { return place_; }
 
  private:
+  std::shared_ptr<CKovaDBSys*> place_;
   std::unique_ptr<kova::store::Engine> engine_;
   std::string problem_;
   std::map<std::string, std::unique_ptr<CKovaKept>, std::less<>> kept_;

@@ -48,7 +48,9 @@ std::vector<TableDef> MakeTables() {
     tables.push_back(std::move(table));                                         \
     KEYS(KOVA_ADD_KEY)                                                          \
   }
-  tables.reserve(64);  // keys point at fields: the tables must not move
+#define KOVA_COUNT_TABLE(...) +1
+  tables.reserve(0 KOVA_TABLES(KOVA_COUNT_TABLE));  // keys point at fields: the tables must not move
+#undef KOVA_COUNT_TABLE
   KOVA_TABLES(KOVA_ADD_TABLE)
 #undef KOVA_ADD_TABLE
 #undef KOVA_ADD_KEY

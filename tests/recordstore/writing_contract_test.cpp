@@ -64,6 +64,13 @@ TEST_P(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen))
       << "an object belongs to the connection it was bound to";
   EXPECT_EQ(table.Open(), 0);
+  {
+    CKovaDBSys shorter;
+    ASSERT_EQ(shorter.OpenDB(folder_.Path().c_str()), 0);
+    ASSERT_EQ(table.SetAssociatedDB(&shorter), 0);
+  }
+  EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "the connection is destroyed";
+  EXPECT_EQ(table.Open(), Code(Result::kNotOpen));
 }
 
 TEST_P(RecordStore, TransactionsKeepAllOrNothing) {
