@@ -31,10 +31,11 @@ FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_v
       attempt, [](FileOutcome outcome) { return outcome == FileOutcome::kChanged; }, timing);
 }
 
-std::string ReadProfileFile(Files& files, std::string_view path) {
-  std::string content;
-  if (path.empty() || files.Read(path, kProfileFileLimit, content) != FileOutcome::kOk) return {};
-  return content;
+FileOutcome ReadProfileFile(Files& files, std::string_view path, std::string& content) {
+  content.clear();
+  const FileOutcome read = path.empty() ? FileOutcome::kNotThere : files.Read(path, kProfileFileLimit, content);
+  if (read != FileOutcome::kOk) content.clear();
+  return read;
 }
 
 }  // namespace kova::os

@@ -25,7 +25,7 @@ inline constexpr std::size_t kProfileFileLimit = std::size_t{256} << 20;
                                             std::optional<std::string_view> value,
                                             RetryTiming& timing = SystemRetryTiming());
 
-/// The bytes of the profile file `path`; empty when it is missing, too large or cannot be read.
-std::string ReadProfileFile(Files& files, std::string_view path);
+/// The bytes of the profile file `path` in `content`, which is empty on any outcome but kOk.
+[[nodiscard]] FileOutcome ReadProfileFile(Files& files, std::string_view path, std::string& content);
 
 }  // namespace kova::os

@@ -55,6 +55,8 @@ const char* Describe(Result result) {
       return "the connection was lost while writing; whether it was written is not known yet";
     case Result::kOldVersion:
       return "the database was made by an older program and is to be upgraded first";
+    case Result::kNoSettings:
+      return "the practice's settings cannot be read";
     case Result::kFailed:
       return "failed";
   }

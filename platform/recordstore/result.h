@@ -34,6 +34,7 @@ enum class [[nodiscard]] Result : int {
   kConflict = 22,       ///< another workstation's transaction won; nothing of this one is written
   kOutcomeUnknown = 23,  ///< the connection was lost while writing, and no server says yet what became of it
   kOldVersion = 24,     ///< an older program made the database; it is to be upgraded first, while nobody has it open
+  kNoSettings = 25,     ///< the practice's settings cannot be read, and money depends on them; nothing is written
   kFailed = 99,                 ///< anything else: no memory, an input or output error
 };
 // clang-format on

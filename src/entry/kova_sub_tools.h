@@ -248,7 +248,8 @@ class KOVACOMDLG_API CKovaSubTools {
   /// @param db     not used, may be null: the receipt says everything
   /// @param flags  KOVA_PRINT_REISSUED marks a receipt that was printed before; other bits mean nothing
   static int CreatePrintTmp(CKovaDBSys* db, const char* basePath, unsigned int flags, _TMPRECEIPT* receipt);
-  /// The same for a stored sale, with its items and its charge. Also -4: no such sale, or it cannot be read.
+  /// The same for a stored sale, with its items and its charge. Also -4: no such sale, or it cannot be read; -5, here and
+  /// above: the practice's settings cannot be read.
   static int CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, unsigned int flags,
                                   const char* saleNumber);
   /// Writes a patient's form data to the file `path`, with what the database that the application profile

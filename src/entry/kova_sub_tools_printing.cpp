@@ -37,8 +37,9 @@ struct OwnDatabase {
 PrintStatus Print(const Session& session, std::string_view basePath, unsigned int flags,
                   const _TMPRECEIPT& receipt) {
   printing::PrintData data;
-  const PrintStatus made =
-      printing::MakeReceiptData(receipt, session.settings.Open(), session.profile, flags, data);
+  const foundation::SettingsSnapshot settings = session.settings.Open();
+  if (!settings.IsReadable()) return PrintStatus::kNoSettings;
+  const PrintStatus made = printing::MakeReceiptData(receipt, settings, session.profile, flags, data);
   return made == PrintStatus::kDone ? printing::HandOver(session.files, basePath, data) : made;
 }
 
@@ -64,9 +65,10 @@ int CKovaSubTools::CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, un
   return Guarded(kNotWritten, [&] {
     if (View(basePath).empty()) return static_cast<int>(PrintStatus::kBadReceipt);
     const Session session;
+    const foundation::SettingsSnapshot settings = session.settings.Open();
+    if (!settings.IsReadable()) return static_cast<int>(PrintStatus::kNoSettings);
     printing::PreparedReceipt prepared;
-    const int read =
-        printing::ReadReceiptOfSale(db, session.settings.Open(), View(saleNumber), Today(), prepared);
+    const int read = printing::ReadReceiptOfSale(db, settings, View(saleNumber), Today(), prepared);
     return static_cast<int>(read != 0 ? PrintStatus::kNoSale
                                       : Print(session, basePath, flags, prepared.receipt));
   });

@@ -11,6 +11,12 @@ constexpr std::size_t kValueLimit = 999;  // other programs read with the same b
 
 SettingsSnapshot::SettingsSnapshot(std::string content) : text_(std::move(content)) {}
 
+SettingsSnapshot SettingsSnapshot::Unreadable() {
+  SettingsSnapshot settings{std::string()};
+  settings.isReadable_ = false;
+  return settings;
+}
+
 std::string SettingsSnapshot::GetString(std::string_view section, std::string_view key,
                                         std::string_view defaultValue) const {
   if (const auto value = text_.Find(section, key)) return std::string(value->substr(0, kValueLimit));

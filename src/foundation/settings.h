@@ -13,6 +13,11 @@ class SettingsSnapshot {
  public:
   /// From the bytes of a settings file; empty bytes for a file that is missing or not configured.
   explicit SettingsSnapshot(std::string content);
+  /// Of a file that is there and cannot be read: answers with defaults, too.
+  static SettingsSnapshot Unreadable();
+
+  /// False when the answers are not what the practice set. Whatever books or prints money asks first and refuses.
+  bool IsReadable() const { return isReadable_; }
 
   /// The value of `key` in `section` as GetPrivateProfileStringA answers with a buffer of 1,000 bytes: at
   /// most 999 bytes (a character at the limit may be cut in half). Without the key the default, cut likewise
@@ -24,6 +29,7 @@ class SettingsSnapshot {
 
  private:
   os::ProfileText text_;
+  bool isReadable_ = true;
 };
 
 }  // namespace kova::foundation

@@ -1,5 +1,7 @@
 #include "foundation/settings_store.h"
 
+#include <utility>
+
 #include "foundation/folders.h"
 #include "foundation/number_text.h"
 #include "platform/os/profile_file.h"
@@ -29,7 +31,17 @@ bool SettingsStore::Exists() const {
 }
 
 SettingsSnapshot SettingsStore::Open() const {
-  return SettingsSnapshot(os::ReadProfileFile(files_, FileName()));
+  const std::string name = FileName();
+  if (name.empty()) return SettingsSnapshot({});
+  std::string content;
+  const os::FileOutcome read = os::ReadProfileFile(files_, name, content);
+  // A share that is gone has no file either; only a folder that is there is known to lack it.
+  if (read == os::FileOutcome::kNotThere && files_.Kind(DatabaseFolder(profile_)) == os::PathKind::kFolder)
+    return SettingsSnapshot({});
+  // What a power cut leaves of a file that was being written.
+  const bool isDamaged = !content.empty() && content.find_first_not_of('\0') == std::string::npos;
+  if (read != os::FileOutcome::kOk || isDamaged) return SettingsSnapshot::Unreadable();
+  return SettingsSnapshot(std::move(content));
 }
 
 os::FileOutcome SettingsStore::SetString(std::string_view section, std::optional<std::string_view> key,

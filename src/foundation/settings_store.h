@@ -24,7 +24,8 @@ class SettingsStore {
   /// Whether the settings file of profile number 0 exists, whatever the profile's own number is: deliberate.
   bool Exists() const;
 
-  /// The settings as they are now, from one opening of the file; of a missing file an empty one.
+  /// The settings as they are now, from one opening of the file: empty ones when no database folder is configured or the
+  /// folder has no such file, unreadable ones when folder or file cannot be read, or the file holds nothing but NULs.
   SettingsSnapshot Open() const;
 
   /// Stores a value; without a value removes the key, without a key the section. See UpdateProfileFile for

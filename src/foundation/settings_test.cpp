@@ -111,6 +111,26 @@ TEST_F(SettingsStoreTest, WithoutFolderOrFileDefaultsComeBack) {
   EXPECT_EQ(store.Open().GetInt("A", "k", 9), 9);
 }
 
+// Money is not booked on defaults that stand for what could not be read.
+TEST_F(SettingsStoreTest, WhatCannotBeReadIsNotTakenForMissing) {
+  EXPECT_TRUE(store.Open().IsReadable()) << "not configured";
+  profile.values = {{"GLOBAL/DATABASE", "D:\\Data"}};
+  EXPECT_FALSE(store.Open().IsReadable()) << "the folder is gone";
+  files.folders.insert("D:\\Data");
+  EXPECT_TRUE(store.Open().IsReadable()) << "a folder without the file";
+  std::string& content = files.contents["D:\\Data\\GLOBALSETTING.ini"];
+  EXPECT_TRUE(store.Open().IsReadable()) << "an empty file";
+  content = std::string(300, '\0');
+  EXPECT_FALSE(store.Open().IsReadable()) << "damaged";
+  content += "[A]";
+  EXPECT_TRUE(store.Open().IsReadable());
+  files.failing = os::testing::FakeStep::kRead;
+  for (const FileOutcome outcome : {FileOutcome::kFailed, FileOutcome::kBusy, FileOutcome::kTooLarge}) {
+    files.failure = outcome;
+    EXPECT_FALSE(store.Open().IsReadable());
+  }
+}
+
 TEST_F(SettingsStoreTest, SwitchFiles) {
   EXPECT_EQ(store.OptSys("x"), 0);
   profile.values = {{"GLOBAL/DATABASE", "D:\\表"}};

@@ -18,6 +18,7 @@ enum class PrintStatus : int {
   kBadReceipt = -2,  // nothing to print from: no receipt, no file name, a line that is not there
   kTooLong = -3,     // the list has more than 999 columns, which the format cannot hold
   kNoSale = -4,      // there is no such sale, or it could not be read
+  kNoSettings = -5,  // the practice's settings, which amounts and texts depend on, could not be read
 };
 
 /// What the file of a receipt says, in `data`. Reads nothing but its arguments.

@@ -1,5 +1,7 @@
 #include "reservations/reservation_to_sale.h"
 
+#include <initializer_list>
+
 #include "charges/rounding.h"
 #include "charges/tax_periods.h"
 #include "charges/yen.h"
@@ -10,18 +12,24 @@ namespace {
 using store::GetText;
 using store::PutText;
 
-// The look-ups of a credit item go by its own codes, cut out of the request's fields.
-std::optional<FeeCategory> ReadCategory(CCreditCategoryDB& table, const tagFEEREQUEST& request) {
-  if (table.GetCreditCategoryData(std::string(GetText(request.categoryCode)).c_str()) != 0)
-    return std::nullopt;
-  return FeeCategory{table.record.reducedRate != 0, table.record.taxType[0]};
+constexpr int Code(store::Result result) { return static_cast<int>(result); }
+
+int NotFoundIsNone(int result) { return result == Code(store::Result::kNotFound) ? 0 : result; }
+
+// The look-ups of a credit item go by its own codes, cut out of the request's fields. Each gives the record store's result;
+// one that is not found is none, and no failure.
+int ReadCategory(CCreditCategoryDB& table, const tagFEEREQUEST& request, std::optional<FeeCategory>& category) {
+  const int read = table.GetCreditCategoryData(std::string(GetText(request.categoryCode)).c_str());
+  if (read == 0) category = FeeCategory{table.record.reducedRate != 0, table.record.taxType[0]};
+  return NotFoundIsNone(read);
 }
 
-std::optional<FeeItem> ReadItem(CCreditItemDB& table, const tagFEEREQUEST& request) {
-  const std::string category(GetText(request.categoryCode));
-  const std::string item(GetText(request.itemCode));
-  if (table.GetCreditItemData(category.c_str(), item.c_str()) != 0) return std::nullopt;
-  return FeeItem{table.record.reducedRate != 0, std::string(GetText(table.record.name))};
+int ReadItem(CCreditItemDB& table, const tagFEEREQUEST& request, std::optional<FeeItem>& item) {
+  const std::string categoryCode(GetText(request.categoryCode));
+  const std::string itemCode(GetText(request.itemCode));
+  const int read = table.GetCreditItemData(categoryCode.c_str(), itemCode.c_str());
+  if (read == 0) item = FeeItem{table.record.reducedRate != 0, std::string(GetText(table.record.name))};
+  return NotFoundIsNone(read);
 }
 
 int TaxModeOf(const tagFEEREQUEST& request, const FeeTaxRules& rules,
@@ -88,23 +96,26 @@ FeeTaxRules ReadFeeTaxRules(const foundation::SettingsSnapshot& settings, std::s
 }
 
 int ReservationToSale(const foundation::SettingsSnapshot& settings, CKovaDBSys* db, tagFEEREQUEST& request) {
+  PutText(request.saleNumber, "");
+  if (!settings.IsReadable()) return Code(store::Result::kNoSettings);
   const FeeTaxRules rules = ReadFeeTaxRules(settings, GetText(request.saleDate));
   CCreditCategoryDB categories(nullptr, 0);
   CSaleDB sales(nullptr, 0);
   CCreditItemDB items(nullptr, 0);
   CSaleItemDB saleItems(nullptr, 0);
-  // A table that cannot be bound answers "not found" to look-ups; only the insertion's failure is reported.
-  (void)categories.SetAssociatedDB(db);
-  (void)sales.SetAssociatedDB(db);
-  (void)items.SetAssociatedDB(db);
-  (void)saleItems.SetAssociatedDB(db);
+  for (CBaseDBCall* table : std::initializer_list<CBaseDBCall*>{&categories, &sales, &items, &saleItems}) {
+    const int bound = table->SetAssociatedDB(db);
+    if (bound != 0) return bound;
+  }
 
   std::optional<FeeCategory> category;
   std::optional<FeeItem> item;
   {
     const CKovaReads reads(db);
-    if (request.noCategory == 0) category = ReadCategory(categories, request);
-    item = ReadItem(items, request);
+    int read = request.noCategory == 0 ? ReadCategory(categories, request, category) : 0;
+    if (read == 0) read = ReadItem(items, request, item);
+    // A category that could not be read may have another tax.
+    if (read != 0) return read;
   }
   SaleOfFee made = MakeSaleOfFee(request, rules, category, item);
   sales.record = made.sale;

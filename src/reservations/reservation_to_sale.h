@@ -44,7 +44,7 @@ FeeTaxRules ReadFeeTaxRules(const foundation::SettingsSnapshot& settings, std::s
 
 /// Reads category and item, makes the sale and stores it with its item, both or neither. Writes the new
 /// sale's number into the request, empty when it was not stored. Gives the record store's result, 0 for
-/// success.
+/// success; a failed read of category, item or settings (NoSettings) stores nothing.
 int ReservationToSale(const foundation::SettingsSnapshot& settings, CKovaDBSys* db, tagFEEREQUEST& request);
 
 }  // namespace kova::reservations

@@ -5,6 +5,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/testing/failing_reads.h"
+#include "platform/recordstore/testing/on.h"
+
 namespace kova::reservations {
 namespace {
 
@@ -133,6 +137,33 @@ TEST(ReservationToSale, TextsAreCopiedAndCutAtCharacters) {
   EXPECT_EQ(made.item.quantity, 1);
   EXPECT_EQ(made.item.unitPrice, 500);
   EXPECT_EQ(made.item.amount, 500);
+}
+
+TEST(ReservationToSale, AFailedReadMakesNoSale) {
+  const os::testing::TemporaryFolder folder("fee");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  const foundation::SettingsSnapshot settings(std::string("[GLOBAL]\r\nConsumptionTax=1\r\n"));
+  const struct {
+    const char* unreadable;
+    bool hasSettings;
+    store::Result result;
+  } rows[] = {{"", false, store::Result::kNoSettings},
+              {"creditcategory", true, store::Result::kBusy},
+              {"credititem", true, store::Result::kBusy},
+              {"", true, store::Result::kDone}};
+  for (const auto& row : rows) {
+    CKovaDBSys db;
+    ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+    store::testing::FailReads(db, row.unreadable);
+    tagFEEREQUEST fee{};
+    fee.amount = 1080;
+    PutText(fee.saleNumber, "old");
+    EXPECT_EQ(ReservationToSale(row.hasSettings ? settings : foundation::SettingsSnapshot::Unreadable(), &db, fee),
+              static_cast<int>(row.result));
+    EXPECT_STREQ(fee.saleNumber, row.result == store::Result::kDone ? "000000000001" : "");
+    store::testing::On<CSaleDB> sales(db);
+    EXPECT_EQ(sales.GetFIRST() == 0, row.result == store::Result::kDone);
+  }
 }
 
 }  // namespace
