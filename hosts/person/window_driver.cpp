@@ -210,11 +210,21 @@ void Rest(POINT at) {
 }  // namespace
 
 void DragAndDrop(HWND dialog, POINT from, POINT to) {
-  Rest(from);
-  Mouse(from, MOUSEEVENTF_LEFTDOWN);
-  // Out of the place where it may still become a click, step by step, until the dialog has it.
+  // Out of the place where it may still become a click, step by step, until the dialog has it. A window on a busy machine
+  // may miss the press, as a person's: released, and pressed again once it can be no double click.
   POINT at = from;
+  ULONGLONG giveUp = 0;
   WaitFor("a drag to begin", [&] {
+    if (GetTickCount64() >= giveUp) {
+      if (giveUp != 0) {
+        Mouse(at, MOUSEEVENTF_LEFTUP);
+        Sleep(GetDoubleClickTime() + 100);
+      }
+      Rest(from);
+      Mouse(from, MOUSEEVENTF_LEFTDOWN);
+      at = from;
+      giveUp = GetTickCount64() + kPatience / 4;
+    }
     if (at.x < from.x + 40) at.x += 5;
     Mouse(at, 0);
     return ThreadOf(dialog).hwndCapture == dialog;
