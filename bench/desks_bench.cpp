@@ -26,7 +26,7 @@
 #include "platform/os/files.h"
 #include "platform/os/paths.h"
 #include "platform/recordstore/engine.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"
 #include "visitflow/board_session.h"
 
@@ -35,7 +35,7 @@ namespace {
 
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 using visitflow::BoardButton;
 using visitflow::BoardRow;
 using visitflow::MoveOutcome;

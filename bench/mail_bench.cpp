@@ -18,14 +18,14 @@
 #include "platform/os/application_profile.h"
 #include "platform/os/clock.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::bench {
 namespace {
 
 using os::FileOutcome;
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 constexpr int kPatients = 1000;
 

@@ -11,14 +11,14 @@
 #include "bench/raw_table.h"
 #include "entry/kova_sub_tools.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "reservations/fee_request.h"
 
 namespace kova::bench {
 namespace {
 
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 // A settings file of some 300 lines with five tax periods; the date asked for lies in the last.
 void WriteSettings(const std::string& file) {

@@ -8,7 +8,7 @@
 #include "pickers/master_choices.h"
 #include "pickers/patient_query.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::bench {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using pickers::SearchMode;
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 constexpr int kPatients = 100000;
 constexpr int kFamilies = 40;

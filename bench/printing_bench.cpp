@@ -16,14 +16,14 @@
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "printing/testing/receipt_builder.h"
 
 namespace kova::bench {
 namespace {
 
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 constexpr int kPatients = 1000;
 constexpr int kAppointments = 4;

@@ -8,14 +8,14 @@
 #include "bench/paired.h"
 #include "bench/raw_table.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::bench {
 namespace {
 
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 constexpr int kRounds = 41;
 constexpr int kReads = 2000;

@@ -10,7 +10,7 @@
 #include "bench/raw_odbc.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "visitflow/board.h"
 
 namespace kova::bench {
@@ -18,7 +18,7 @@ namespace {
 
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 constexpr int kPatients = 5000;
 constexpr int kReservations = 100;

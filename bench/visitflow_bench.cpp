@@ -12,7 +12,7 @@
 #include "bench/raw_table.h"
 #include "foundation/settings.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "visitflow/board.h"
 #include "visitflow/moves.h"
 
@@ -21,7 +21,7 @@ namespace {
 
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 using visitflow::Board;
 using visitflow::BoardButton;
 using visitflow::DayRow;

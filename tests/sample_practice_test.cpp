@@ -13,7 +13,7 @@
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "platform/toollib/tools.h"
 #include "printing/print_data_reader.h"
 #include "reservations/fee_request.h"
@@ -23,7 +23,7 @@ namespace {
 
 using kova::store::GetText;
 using kova::store::PutText;
-using kova::store::testing::On;
+using kova::store::On;
 using kova::testing::BuiltProgram;
 using kova::testing::ProgramRun;
 using kova::testing::RunProgram;

@@ -12,35 +12,15 @@
 #include "hosts/console/practice.h"
 #include "platform/os/program.h"
 #include "platform/text932/cp932.h"
+#include "records/reservations.h"
 
 namespace kova::companions {
 namespace {
 
 using store::GetText;
 
-constexpr int kByDateAndTime = 6;  // key of the reservations
-
 void Check(int result, const char* what) {
   if (result != 0) throw CompanionError(std::string(what) + ": result " + hosts::DescribeResult(result));
-}
-
-/// The day's reservations that are on the board, in order of time.
-std::vector<tagRESERVATION> ReservationsOf(CKovaDBSys& db, std::string_view date) {
-  const CKovaReads reads(&db);
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db), "the reservations");
-  Check(table.SetKey(kByDateAndTime), "the reservations");
-  table.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
-  std::vector<tagRESERVATION> found;
-  int result = table.GetGREQ();
-  for (; result == 0 && table.IsEOF() == 0; result = table.GetNEXT()) {
-    if (GetText(table.record.reservationDate) != date) return found;
-    if (table.record.status < 2) found.push_back(table.record);
-  }
-  const auto ending = static_cast<store::Result>(result);
-  if (ending != store::Result::kEndOfTable && ending != store::Result::kNotFound)
-    Check(result, "the reservations");
-  return found;
 }
 
 /// Of the addresses `all` those that are also in `wanted`; all of them when nothing is wanted.
@@ -108,7 +88,9 @@ void Main(std::string_view line) {
   const std::string outbox = MailFolder("KOVA_OUTBOX", "outbox");
   const Sender sender = SenderOfPractice();
   int failed = 0;
-  for (const tagRESERVATION& reservation : ReservationsOf(db, day->date))
+  std::vector<tagRESERVATION> reservations;
+  Check(records::ReadReservationsOfDay(&db, day->date, reservations), "the reservations");
+  for (const tagRESERVATION& reservation : reservations)
     failed += KeepReservationMail(db, number, reservation, wanted, sender, outbox) ? 0 : 1;
   if (failed != 0) throw CompanionError(std::to_string(failed) + " mails could not be filed");
 }

@@ -17,8 +17,10 @@
 #include "platform/os/files.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/os/program.h"
+#include "platform/recordstore/walk.h"
 #include "platform/text932/cp932.h"
 #include "platform/toollib/tools.h"
+#include "records/reservations.h"
 #include "reservations/fee_request.h"
 
 namespace kova::hosts {
@@ -31,7 +33,6 @@ constexpr const char* kUsage =
     "usage: day --app FILE.ini [--date YYYYMMDD] [--count N | --receipts FOLDER], or day --show-mail "
     "FILE.eml";
 constexpr std::size_t kLargestMail = 64U << 20;
-constexpr int kByDateAndTime = 6;  // key of the reservations
 
 struct Request {
   std::string date;
@@ -73,23 +74,19 @@ void Check(int result, const char* what) {
 }
 
 bool IsDue(const tagRESERVATION& reservation) {
-  const bool onTheBoard = reservation.status < 2;
-  return onTheBoard && reservation.visited != 0 && reservation.hasFee != 0 &&
+  return records::TakesPlace(reservation) && reservation.visited != 0 && reservation.hasFee != 0 &&
          GetText(reservation.saleNumber).empty();
 }
 
 /// The numbers of the day's visited reservations with a fee and without a sale, in order of time.
 std::vector<std::string> FindDue(CKovaDBSys& db, const Request& request) {
   const CKovaReads reads(&db);
-  CReservationDB table(nullptr, 0);
-  Check(table.SetAssociatedDB(&db), "the reservations");
-  Check(table.SetKey(kByDateAndTime), "the reservations");
-  table.SetKeyBuffer(request.date.data(), static_cast<unsigned long>(request.date.size()));
+  std::vector<tagRESERVATION> reservations;
+  Check(records::ReadReservationsOfDay(&db, request.date, reservations), "the reservations");
   std::vector<std::string> due;
-  for (int result = table.GetGREQ(); result == 0 && table.IsEOF() == 0; result = table.GetNEXT()) {
-    const bool enough = due.size() == static_cast<std::size_t>(request.count);
-    if (enough || GetText(table.record.reservationDate) != request.date) break;
-    if (IsDue(table.record)) due.emplace_back(GetText(table.record.reservationNumber));
+  for (const tagRESERVATION& each : reservations) {
+    if (due.size() == static_cast<std::size_t>(request.count)) break;
+    if (IsDue(each)) due.emplace_back(GetText(each.reservationNumber));
   }
   return due;
 }
@@ -126,11 +123,12 @@ std::string RateOf(const tagSALE& sale) {
 
 /// The first record of a sale's items.
 int GetFirstItem(CSaleItemDB& items, const tagSALE& sale) {
-  items.SetKey(0);
-  items.SetKeyBuffer(sale.saleNumber, sizeof sale.saleNumber);
-  const int result = items.GetGREQ();
-  const bool other = result == 0 && GetText(items.record.saleNumber) != GetText(sale.saleNumber);
-  return other ? static_cast<int>(store::Result::kNotFound) : result;
+  int found = static_cast<int>(store::Result::kNotFound);
+  const int result = store::Walk(items, CSaleItemDB::Key::Primary, {GetText(sale.saleNumber)}, [&](const tagSALEITEM&) {
+    found = 0;
+    return false;
+  });
+  return result != 0 ? result : found;
 }
 
 std::vector<std::string> ReadRow(CKovaDBSys& db, const std::string& reservationNumber) {

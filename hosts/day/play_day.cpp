@@ -19,7 +19,10 @@
 #include "hosts/reception/payment.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/os/program.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/walk.h"
 #include "platform/text932/cp932.h"
+#include "records/sales.h"
 
 namespace kova::hosts {
 namespace {
@@ -31,8 +34,6 @@ constexpr int kBefore = 8123, kStaged = 8128, kFinished = 8125;
 constexpr int kBeforeToNext = 8131, kForward = 8133, kBack = 8134, kToFinished = 8127, kClose = IDCANCEL;
 // The payment's.
 constexpr int kCashless = 102, kFirstKind = 200;
-constexpr int kByDateAndTime = 6;  // key of the reservations
-constexpr int kByDate = 2;         // key of the sales
 
 int Rows(HWND board, int list) { return ListView_GetItemCount(person::Item(board, list)); }
 
@@ -105,38 +106,38 @@ void PlayEvening() {
 
 std::string Utf8(std::string_view text) { return ShowControls(text932::ToUtf8(text)); }
 
+void Check(int result, const char* what) {
+  if (result != 0) throw UsageError(std::string(what) + ": result " + DescribeResult(result));
+}
+
 /// What the reservations of the day hold, of those that were moved since `from` (HHMM).
 std::vector<std::vector<std::string>> MovedRows(CKovaDBSys& db, const std::string& date,
                                                 const std::string& from) {
   const CKovaReads reads(&db);
-  CReservationDB table(nullptr, 0);
-  CPatientDB patients(nullptr, 0);
+  store::On<CReservationDB> table(db);
+  store::On<CPatientDB> patients(db);
   std::vector<std::vector<std::string>> rows;
-  if (table.SetAssociatedDB(&db) != 0 || patients.SetAssociatedDB(&db) != 0) return rows;
-  table.SetKey(kByDateAndTime);
-  table.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
-  for (int result = table.GetGREQ(); result == 0 && GetText(table.record.reservationDate) == date;
-       result = table.GetNEXT()) {
-    const tagRESERVATION& record = table.record;
-    if (GetText(record.stageTime) < from) continue;
-    (void)patients.GetPatient1Data(std::string(GetText(record.patientCode)).c_str());
+  int failed = 0;
+  const int walked = store::Walk(table, CReservationDB::Key::ByDateAndTime, {date}, [&](const tagRESERVATION& record) {
+    if (GetText(record.stageTime) < from) return;
+    const int found = patients.GetPatient1Data(std::string(GetText(record.patientCode)).c_str());
+    if (found != 0) failed = found;
     rows.push_back({Utf8(GetText(record.startTime)), Utf8(GetText(patients.record.name)),
                     Utf8(GetText(record.stageCode)), Utf8(GetText(record.stageTime)),
                     Utf8(GetText(record.finishTime)), record.visited != 0 ? "yes" : "no",
                     Utf8(GetText(record.saleNumber))});
-  }
+  });
+  Check(walked, "the reservations");
+  Check(failed, "a patient");
   return rows;
 }
 
 /// A sale of the day that is not paid yet.
 tagSALE UnpaidSale(CKovaDBSys& db, const std::string& date) {
-  CSaleDB sales(nullptr, 0);
-  if (sales.SetAssociatedDB(&db) != 0) return {};
-  sales.SetKey(kByDate);
-  sales.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
-  for (int result = sales.GetGREQ(); result == 0 && GetText(sales.record.saleDate) == date;
-       result = sales.GetNEXT()) {
-    if (sales.record.total > 0 && sales.record.receivedAmount == 0) return sales.record;
+  std::vector<tagSALE> sales;
+  Check(records::ReadSalesOfDay(&db, date, sales), "the sales");
+  for (const tagSALE& sale : sales) {
+    if (sale.total > 0 && sale.receivedAmount == 0) return sale;
   }
   return {};
 }
@@ -149,11 +150,10 @@ void TakePaymentOf(const tagSALE& unpaid, CKovaDBSys& db, const std::string& dat
   const std::string failure =
       person::Drive([&] { told = TakePayment(none, db, patient, date); }, PlayPayment);
   if (!failure.empty()) throw UsageError("the payment could not be played: " + failure);
-  CSaleDB sales(nullptr, 0);
-  CCategoryDB methods(nullptr, 0);
-  if (sales.SetAssociatedDB(&db) != 0 || methods.SetAssociatedDB(&db) != 0) return;
-  (void)sales.GetSaleData(unpaid.saleNumber);
-  (void)methods.GetCategoryData("2", sales.record.categoryCode);
+  store::On<CSaleDB> sales(db);
+  store::On<CCategoryDB> methods(db);
+  Check(sales.GetSaleData(unpaid.saleNumber), "the sale");
+  Check(methods.GetCategoryData("2", sales.record.categoryCode), "the payment method");
   Print("\nPaid at the counter, as the database now holds it: " + Utf8(told) + "\n\n");
   Print(FormatTable({{"sale number"}, {"total", true}, {"received", true}, {"payment method"}},
                     {{Utf8(GetText(sales.record.saleNumber)), std::to_string(sales.record.total),

@@ -9,29 +9,15 @@
 #include "platform/os/files.h"
 #include "platform/os/paths.h"
 #include "platform/text932/cp932.h"
+#include "records/sales.h"
 
 namespace kova::hosts {
 namespace {
 
 using store::GetText;
 
-constexpr int kByDate = 2;  // key of the sales
-
 void Check(long status, const char* what) {
   if (status != 0) throw UsageError(std::string(what) + ": status " + std::to_string(status));
-}
-
-std::vector<tagSALE> SalesOf(CKovaDBSys& db, const std::string& date) {
-  CSaleDB table(nullptr, 0);
-  int result = table.SetAssociatedDB(&db);
-  if (result == 0) result = table.SetKey(kByDate);
-  if (result != 0) throw UsageError("the sales: result " + DescribeResult(result));
-  table.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
-  std::vector<tagSALE> sales;
-  for (result = table.GetGREQ(); result == 0 && GetText(table.record.saleDate) == date;
-       result = table.GetNEXT())
-    sales.push_back(table.record);
-  return sales;
 }
 
 }  // namespace
@@ -44,12 +30,16 @@ void HandOverReceipts(Practice& practice, const std::string& date, const std::st
   Check(patients.SetAssociatedDB(&db), "the patients");
   std::vector<std::vector<std::string>> rows;
   std::set<std::string> slips;
-  for (const tagSALE& sale : SalesOf(db, date)) {
+  std::vector<tagSALE> sales;
+  Check(records::ReadSalesOfDay(&db, date, sales), "the sales");
+  for (const tagSALE& sale : sales) {
     const std::string number(GetText(sale.saleNumber));
     const std::string patient(GetText(sale.patientCode));
     const std::string base = os::JoinPath(folder, "receipt-" + number);
     Check(CKovaSubTools::CreatePrintTmpOfSale(&db, base.c_str(), 0, number.c_str()), "a receipt");
-    if (patients.GetPatient1Data(patient.c_str()) != 0) continue;
+    const int found = patients.GetPatient1Data(patient.c_str());
+    if (found == static_cast<int>(store::Result::kNotFound)) continue;
+    Check(found, "a patient");
     const std::string slip = os::JoinPath(folder, "appointments-" + patient + ".tmp");
     if (slips.insert(patient).second)
       Check(CKovaSubTools::CreatePrintFile(&db, &patients.record, CString(slip.c_str())),

@@ -8,6 +8,8 @@
 
 #include "entry/kova_com_dlg.h"
 #include "hosts/reception/resource.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/walk.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::hosts {
@@ -16,7 +18,6 @@ namespace {
 using store::GetText;
 
 constexpr char kSection[] = "PatientList";
-constexpr int kByReading = 2;
 
 using Patient = tagPATIENTDB;
 
@@ -104,11 +105,15 @@ void PatientList::Start(HWND window) {
 
 void PatientList::ReadPatients() {
   const CKovaReads reads(&db_);
-  CPatientDB table(nullptr, 0);
-  if (table.SetAssociatedDB(&db_) != 0 || table.SetKey(kByReading) != 0) return;
-  for (int result = table.GetFIRST(); result == 0 && table.IsEOF() == 0; result = table.GetNEXT()) {
-    if (table.record.neverListed != 1) patients_.push_back(table.record);
-  }
+  store::On<CPatientDB> table(db_);
+  const int result = store::Walk(table, CPatientDB::Key::ByReading, {}, [&](const tagPATIENTDB& patient) {
+    if (patient.neverListed != 1) patients_.push_back(patient);
+  });
+  if (result == 0) return;
+  // Half a list would be taken for all patients.
+  patients_.clear();
+  const std::string told = "患者を読み込めません（" + std::to_string(result) + "）。画面を開き直してください。";
+  MessageBoxW(GetParent(window_.m_hWnd), Wide(told).c_str(), L"患者一覧", MB_ICONWARNING);
 }
 
 void PatientList::ShowColumns() {

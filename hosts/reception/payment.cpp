@@ -1,7 +1,8 @@
 #include "hosts/reception/payment.h"
 
 #include "entry/kova_sub_tools.h"
-#include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/walk.h"
 
 namespace kova::hosts {
 namespace {
@@ -9,35 +10,24 @@ namespace {
 using store::GetText;
 using store::PutText;
 
-constexpr int kByPatientAndDate = 1;
 constexpr char kCash[] = "01";  // payment method
 
-bool IsOfDay(const tagSALE& sale, const std::string& patient, const std::string& date) {
-  return GetText(sale.patientCode) == patient && GetText(sale.saleDate) == date;
-}
-
 /// Goes to the patient's last unpaid sale of the day.
-bool FindUnpaid(CSaleDB& sales, const std::string& patient, const std::string& date) {
-  sales.record = {};
-  PutText(sales.record.patientCode, patient);
-  PutText(sales.record.saleDate, date);
-  std::string key(sales.record.patientCode, sizeof sales.record.patientCode);
-  key.append(sales.record.saleDate, sizeof sales.record.saleDate);
-  sales.SetKey(kByPatientAndDate);
-  sales.SetKeyBuffer(key.data(), static_cast<unsigned long>(key.size()));
-  for (int result = sales.GetLEEQ(); result == 0 && sales.IsEOF() == 0; result = sales.GetPREV()) {
-    if (!IsOfDay(sales.record, patient, date)) return false;
-    if (sales.record.total > 0 && sales.record.receivedAmount == 0) return true;
-  }
-  return false;
+int FindUnpaid(CSaleDB& sales, const std::string& patient, const std::string& date, bool& isFound) {
+  return store::WalkBack(sales, CSaleDB::Key::ByPatient, {patient, date}, [&](const tagSALE& sale) {
+    isFound = sale.total > 0 && sale.receivedAmount == 0;
+    return !isFound;
+  });
 }
 
 }  // namespace
 
 std::string TakePayment(CWnd& window, CKovaDBSys& db, const std::string& patient, const std::string& date) {
-  CSaleDB sales(nullptr, 0);
-  if (sales.SetAssociatedDB(&db) != 0) return "データベースが使えません。";
-  if (!FindUnpaid(sales, patient, date)) return "この日の、まだ支払われていない売上がありません。";
+  store::On<CSaleDB> sales(db);
+  bool isFound = false;
+  if (const int result = FindUnpaid(sales, patient, date, isFound); result != 0)
+    return "売上を読み込めません（" + std::to_string(result) + "）。";
+  if (!isFound) return "この日の、まだ支払われていない売上がありません。";
   tagSALE& sale = sales.record;
   const std::string amount = std::to_string(sale.total) + " 円";
   CString method;

@@ -5,6 +5,8 @@
 
 #include "entry/kova_sub_tools.h"
 #include "platform/os/child_programs.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/walk.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::hosts {
@@ -12,18 +14,15 @@ namespace {
 
 using store::GetText;
 
-constexpr int kByPatient = 1;  // key of the sales
 constexpr int kPatience = 30000;
 
-/// The number of the patient's last sale; empty when there is none.
-std::string LastSaleOf(CKovaDBSys& db, const std::string& patient) {
-  CSaleDB sales(nullptr, 0);
-  if (sales.SetAssociatedDB(&db) != 0 || sales.SetKey(kByPatient) != 0) return {};
-  char key[sizeof sales.record.patientCode]{};
-  store::PutText(key, patient);
-  sales.SetKeyBuffer(key, sizeof key);  // a prefix: every date of the patient
-  if (sales.GetLEEQ() != 0 || GetText(sales.record.patientCode) != patient) return {};
-  return std::string(GetText(sales.record.saleNumber));
+/// The number of the patient's last sale, empty when there is none; 0, else the record store's result.
+int ReadLastSale(CKovaDBSys& db, const std::string& patient, std::string& number) {
+  store::On<CSaleDB> sales(db);
+  return store::WalkBack(sales, CSaleDB::Key::ByPatient, {patient}, [&](const tagSALE& sale) {
+    number = GetText(sale.saleNumber);
+    return false;
+  });
 }
 
 void Open(const std::string& file) {
@@ -36,7 +35,9 @@ void Open(const std::string& file) {
 
 std::string PrintLastReceipt(CKovaDBSys& db, const std::string& patient) {
   if (patient.empty()) return "患者を選んでください。";
-  const std::string sale = LastSaleOf(db, patient);
+  std::string sale;
+  if (const int result = ReadLastSale(db, patient, sale); result != 0)
+    return "売上を読み込めません（" + std::to_string(result) + "）。";
   if (sale.empty()) return "この患者には売上がありません。";
   const std::string folder = CKovaSubTools::GetTemporaryFolder().GetString();
   const std::string base = folder + "receipt-" + sale;

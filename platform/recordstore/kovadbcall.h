@@ -1,8 +1,9 @@
 #pragma once
 
 // The record-store library: open this header first. CKovaDBSys is the connection; the table classes are in
-// table_classes.h, the records' fields in tables/, result numbers in result.h. The rest of the folder is
-// private, but for schema.h (the tables as data), which tools may use.
+// table_classes.h, the records' fields in tables/, result numbers in result.h. table.h binds
+// a table object when it is made, walk.h reads the records of a key. The rest of the folder is private, but for schema.h
+// (the tables as data), which tools may use.
 
 #include "platform/recordstore/db_sys.h"
 #include "platform/recordstore/result.h"

@@ -39,7 +39,7 @@ std::vector<TableDef> MakeTables() {
   std::vector<TableDef> tables;
 #define KOVA_ADD_FIELD(kind, name, meaning) \
   AddField(table.fields, #name, kind::kKind, offsetof(Record, name), kind::kWidth, kind::kCount, meaning);
-#define KOVA_ADD_KEY(number, fieldNames) AddKey(tables.back(), number, fieldNames);
+#define KOVA_ADD_KEY(number, name, fieldNames) AddKey(tables.back(), number, fieldNames);
 #define KOVA_ADD_TABLE(id, shortName, Tag, FIELDS, KEYS, meaning)               \
   {                                                                             \
     using Record = Tag;                                                         \

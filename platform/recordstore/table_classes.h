@@ -13,6 +13,12 @@ class CTableOf : public CBaseDBCall {
   CTableOf(const char* fileName, int mode) : CBaseDBCall(kTable, &record, fileName, mode) {}
   int GetPrimeKeyFromBuffer() override { return PrimeKeyFromBuffer(); }
 
+  /// The table's keys by name: another table's does not compile.
+  using Key = typename kova::store::KeysOf<kTable>::Key;
+  static constexpr kova::store::TableId kTableId = kTable;
+  using CBaseDBCall::SetKey;
+  int SetKey(Key key) { return CBaseDBCall::SetKey(static_cast<int>(key)); }
+
   Record record{};
 };
 

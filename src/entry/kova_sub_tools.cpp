@@ -14,9 +14,9 @@
 #include "foundation/text_tools.h"
 #include "platform/os/input_method.h"
 #include "platform/os/program.h"
+#include "records/transaction.h"
 #include "reservations/finished_date.h"
 #include "reservations/reservation_to_sale.h"
-#include "reservations/transaction.h"
 
 using namespace kova;
 using entry::Guarded;
@@ -188,8 +188,8 @@ int CKovaSubTools::SetFinishedDate(const char* patientCode, const char* date, in
     int result = db.OpenDB(foundation::DatabaseFolder(Session().profile).c_str());
     if (result == 0) result = patients.SetAssociatedDB(&db);
     if (result != 0) return result;
-    return reservations::WhileInConflict([&] {
-      reservations::Transaction transaction(patients);
+    return records::WhileInConflict([&] {
+      records::Transaction transaction(patients);
       if (transaction.Begun() != 0) return transaction.Begun();
       const int put = mode != 0 ? reservations::PutFinishedDate(&db, View(patientCode), View(date))
                                 : reservations::ResetFinishedDate(&db, View(patientCode));

@@ -4,6 +4,9 @@
 
 #include "foundation/number_text.h"
 #include "foundation/text_tools.h"
+#include "platform/recordstore/table.h"
+#include "records/patients.h"
+#include "records/reservations.h"
 
 namespace kova::mail {
 namespace {
@@ -11,41 +14,37 @@ namespace {
 using store::GetText;
 using store::PutText;
 
-constexpr int kByDateAndTime = 6;  // key of the reservations
-template <typename Table>
-bool ReadInto(CKovaDBSys* db, const tagRESERVATION& reservation, Table& table) {
-  if (table.SetAssociatedDB(db) == 0 && ReadPatientOf(reservation, table)) return true;
-  table.record = {};
-  return false;
-}
+
+int MissingIsBlank(int result) { return result == static_cast<int>(store::Result::kNotFound) ? 0 : result; }
 
 }  // namespace
 
-std::vector<PreviewRow> ReservationsOfDay(CKovaDBSys* db, std::string_view date) {
-  std::vector<PreviewRow> rows;
-  CReservationDB table(nullptr, 0);
-  CPatientDB patient(nullptr, 0);
-  if (db == nullptr) return rows;
+int ReservationsOfDay(CKovaDBSys* db, std::string_view date, std::vector<PreviewRow>& rows) {
+  rows.clear();
   const CKovaReads reads(db);
-  if (table.SetAssociatedDB(db) != 0 || table.SetKey(kByDateAndTime) != 0) return rows;
-  table.SetKeyBuffer(date.data(), static_cast<unsigned long>(date.size()));
-  for (int result = table.GetGREQ(); result == 0 && table.IsEOF() == 0; result = table.GetNEXT()) {
-    if (GetText(table.record.reservationDate) != date) break;
-    if (table.record.status < 2) rows.push_back({table.record, {}});
+  std::vector<tagRESERVATION> reservations;
+  int result = records::ReadReservationsOfDay(db, date, reservations);
+  store::On<CPatientDB> patients(db);
+  for (const tagRESERVATION& reservation : reservations) {
+    const int found = patients.GetPatient1Data(std::string(GetText(reservation.patientCode)).c_str());
+    rows.push_back({reservation, std::string(found == 0 ? records::ShownName(patients.record) : std::string_view())});
+    if (result == 0) result = MissingIsBlank(found);
   }
-  for (PreviewRow& row : rows) {
-    if (ReadInto(db, row.reservation, patient)) row.patientName = GetText(patient.record.name);
-  }
-  return rows;
+  if (result != 0) rows.clear();
+  return result;
 }
 
-FilledMail PreviewFor(const MailTemplate& mailTemplate, TemplateRole role, CKovaDBSys* db,
-                      const tagRESERVATION& reservation, const std::tm& now) {
-  CPatientDB patient(nullptr, 0);
-  CPatientDB2 contact(nullptr, 0);
-  (void)ReadInto(db, reservation, patient);
-  (void)ReadInto(db, reservation, contact);
-  return FillMail(mailTemplate, reservation, patient.record, contact.record, now, FallbackOf(role));
+int PreviewFor(const MailTemplate& mailTemplate, TemplateRole role, CKovaDBSys* db, const tagRESERVATION& reservation,
+               const std::tm& now, FilledMail& mail) {
+  const CKovaReads reads(db);
+  store::On<CPatientDB> patient(db);
+  store::On<CPatientDB2> contact(db);
+  const std::string code(GetText(reservation.patientCode));
+  int result = MissingIsBlank(patient.GetPatient1Data(code.c_str()));
+  if (result == 0) result = MissingIsBlank(contact.GetPatient2Data(code.c_str()));
+  mail = result == 0 ? FillMail(mailTemplate, reservation, patient.record, contact.record, now, FallbackOf(role))
+                     : FilledMail();
+  return result;
 }
 
 FilledMail PreviewForExample(const MailTemplate& mailTemplate, TemplateRole role, const std::tm& now) {

@@ -19,13 +19,14 @@ struct PreviewRow {
   std::string patientName;  // empty when the patient is not there
 };
 
-/// The reservations of a day that stand, in order of time; none when the database does not answer.
-std::vector<PreviewRow> ReservationsOfDay(CKovaDBSys* db, std::string_view date);
+/// The reservations of a day that take place, in order of time. 0, also for none, else the record store's result; there
+/// are none in `rows` then.
+[[nodiscard]] int ReservationsOfDay(CKovaDBSys* db, std::string_view date, std::vector<PreviewRow>& rows);
 
-/// `mailTemplate` as it stands in the editor, filled for a reservation. A patient who is missing leaves its
-/// placeholders empty.
-FilledMail PreviewFor(const MailTemplate& mailTemplate, TemplateRole role, CKovaDBSys* db,
-                      const tagRESERVATION& reservation, const std::tm& now);
+/// `mailTemplate` as it stands in the editor, filled for a reservation, in `mail`. A patient who is missing leaves its
+/// placeholders empty. 0, else the record store's result; `mail` is empty then.
+[[nodiscard]] int PreviewFor(const MailTemplate& mailTemplate, TemplateRole role, CKovaDBSys* db,
+                             const tagRESERVATION& reservation, const std::tm& now, FilledMail& mail);
 
 /// The same for a made-up patient and reservation, where there is no database to choose one from.
 FilledMail PreviewForExample(const MailTemplate& mailTemplate, TemplateRole role, const std::tm& now);

@@ -4,10 +4,15 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 #include <tuple>
+#include <vector>
 
+#include "mail/mail_preview.h"
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/testing/failing_reads.h"
 
 namespace kova::mail {
 namespace {
@@ -209,6 +214,71 @@ TEST_F(SendRoleMailTest, AsksWithTheAddressesAndFillsWithoutSending) {
   ASSERT_TRUE(filled);
   EXPECT_EQ(filled->to + "|" + filled->subject + "|" + filled->body, "|表|保護者.6");
   EXPECT_FALSE(fill("4", 6) || fill("3", 5));
+}
+
+template <typename Table, typename Record>
+void Insert(CKovaDBSys& db, const Record& record) {
+  store::On<Table> table(db);
+  table.record = record;
+  ASSERT_EQ(table.Insert(), 0);
+}
+
+TEST(MailPreview, ListsTheDayAndSaysWhatCannotBeRead) {
+  const os::testing::TemporaryFolder folder("mail_preview");
+  ASSERT_EQ(KovaCreateDatabase(folder.Path().c_str()), 0);
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  tagPATIENTDB named{}, nameless{};
+  PutText(named.patientCode, "P1");
+  PutText(named.name, "表 花子");
+  PutText(named.otherName, "別名");
+  PutText(nameless.patientCode, "P2");
+  PutText(nameless.otherName, "山田");
+  Insert<CPatientDB>(db, named);
+  Insert<CPatientDB>(db, nameless);
+  tagPATIENTDB2 contact{};
+  PutText(contact.patientCode, "P2");
+  PutText(contact.mailAddress1, "yamada@example.jp");
+  contact.mailPermission = 1;
+  Insert<CPatientDB2>(db, contact);
+  const std::tuple<const char*, const char*, const char*, int> rows[] = {
+      {"20261124", "1100", "P1", 1}, {"20261124", "0900", "P2", 0}, {"20261124", "1000", "P3", 0},
+      {"20261124", "0930", "P1", 2}, {"20261125", "0800", "P1", 0}, {"20261123", "2000", "P1", 0}};
+  int number = 0;
+  for (const auto& [date, time, patient, status] : rows) {
+    tagRESERVATION reservation{};
+    PutText(reservation.reservationNumber, std::to_string(++number));
+    PutText(reservation.reservationDate, date);
+    PutText(reservation.startTime, time);
+    PutText(reservation.patientCode, patient);
+    reservation.status = static_cast<std::uint8_t>(status);
+    Insert<CReservationDB>(db, reservation);
+  }
+  std::vector<PreviewRow> day;
+  ASSERT_EQ(ReservationsOfDay(&db, "20261124", day), 0);
+  std::string listed;
+  for (const PreviewRow& row : day) listed += std::string(row.reservation.startTime) + row.patientName + " ";
+  EXPECT_EQ(listed, "0900山田 1000 1100表 花子 ");
+
+  MailTemplate text;
+  text.body = "$_PNAME";
+  FilledMail mail;
+  ASSERT_EQ(PreviewFor(text, TemplateRole::kCome, &db, day.at(0).reservation, kNow, mail), 0);
+  EXPECT_EQ(mail.to + " " + mail.body, "yamada@example.jp 山田");
+  ASSERT_EQ(PreviewFor(text, TemplateRole::kCome, &db, day.at(1).reservation, kNow, mail), 0);
+  EXPECT_EQ(mail.to + mail.body, "");  // a patient who is not there
+
+  const tagRESERVATION shown = day.at(0).reservation;
+  const std::tuple<const char*, int, int> failing[] = {{"reservation", 7, 0}, {"patient", 7, 7}, {"patient2", 0, 7}};
+  for (const auto& [table, ofDay, ofMail] : failing) {
+    CKovaDBSys other;
+    ASSERT_EQ(other.OpenDB(folder.Path().c_str()), 0);
+    store::testing::FailReads(other, table);
+    EXPECT_EQ(ReservationsOfDay(&other, "20261124", day), ofDay) << table;
+    EXPECT_EQ(day.empty(), ofDay != 0) << table;
+    EXPECT_EQ(PreviewFor(text, TemplateRole::kCome, &other, shown, kNow, mail), ofMail) << table;
+    EXPECT_EQ(mail.to.empty(), ofMail != 0) << table;
+  }
 }
 
 }  // namespace

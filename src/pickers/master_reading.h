@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/walk.h"
 
 namespace kova::pickers {
 
@@ -64,20 +65,17 @@ struct Group<kField> {
 template <typename Table, typename Part>
 Master<RecordOf<Table>> ReadMaster(CKovaDBSys* db, Table& table, const Part& part,
                                    const AppearanceOf<Table>& appearance) {
-  constexpr int kListOrder = 1;  // of every master table: the group, the place in lists, the code
   const std::string first = part.First();
   const CKovaReads reads(db);
   MasterRecords<RecordOf<Table>> read;
   read.blankData = appearance.data({});
   read.result = table.SetAssociatedDB(db);
-  if (read.result == 0) read.result = table.SetKey(kListOrder);
-  table.SetKeyBuffer(first.data(), static_cast<unsigned long>(first.size()));
-  table.SetWalkEnd(first.data(), static_cast<unsigned long>(first.size()));
-  if (read.result == 0) read.result = table.GetGREQ();
-  for (; read.result == 0; read.result = table.GetNEXT())
-    read.records.push_back({table.record, appearance.text(table.record), appearance.data(table.record)});
+  if (read.result == 0) {
+    read.result = store::WalkBeginning(table, Table::Key::InListOrder, first, [&](const RecordOf<Table>& record) {
+      read.records.push_back({record, appearance.text(record), appearance.data(record)});
+    });
+  }
   table.Close();
-  if (read.result == static_cast<int>(store::Result::kEndOfTable)) read.result = 0;
   return std::make_shared<const MasterRecords<RecordOf<Table>>>(std::move(read));
 }
 

@@ -5,13 +5,13 @@
 #include <tuple>
 
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::pickers {
 namespace {
 
 using store::PutText;
-using store::testing::On;
+using store::On;
 
 // A patient as "code name reading maidenName"; "-" for an empty text.
 struct Row {

@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/testing/failing_reads.h"
 #include "printing/next_appointments.h"
 #include "printing/patient_form.h"
 #include "printing/print_data_reader.h"
@@ -14,7 +15,7 @@ namespace kova::printing {
 namespace {
 
 using store::PutText;
-using store::testing::On;
+using store::On;
 using testing::Columns;
 using testing::Settings;
 using Texts = std::vector<std::string>;
@@ -249,6 +250,42 @@ TEST_F(PrintedRecords, TheReceiptOfASale) {
   PreparedReceipt missing;
   EXPECT_NE(ReadReceiptOfSale(&db_, Settings(), "999", "20261124", missing), 0);
   EXPECT_NE(ReadReceiptOfSale(nullptr, Settings(), number.GetString(), "20261124", missing), 0);
+}
+
+// A table that cannot be read is no receipt with a blank in it, and no shorter list of appointments.
+TEST_F(PrintedRecords, AFailedReadIsNoBlank) {
+  tagSALE sale{};
+  PutText(sale.saleNumber, "000000000001");
+  PutText(sale.patientCode, "P1");
+  PutText(sale.categoryCode, "02");
+  Insert<CSaleDB>(sale);
+  tagSALEITEM item{};
+  PutText(item.saleNumber, "000000000001");
+  PutText(item.lineNumber, "0001");
+  PutText(item.categoryCode, "01");
+  PutText(item.itemCode, "001");
+  Insert<CSaleItemDB>(item);
+  Reserve("1", "20261201", "0900");
+  const std::tm now = At(2026, 11, 23, 10, 30);
+  for (const std::string table :
+       {"", "sale", "saleitem", "charge", "patient", "owner", "category", "doctor", "creditcategory", "credititem"}) {
+    CKovaDBSys db;
+    ASSERT_EQ(db.OpenDB(folder_.Path().c_str()), 0);
+    store::testing::FailReads(db, table);
+    PreparedReceipt prepared;
+    EXPECT_EQ(ReadReceiptOfSale(&db, Settings(), "000000000001", "20261124", prepared),
+              table.empty() ? 0 : static_cast<int>(store::Result::kBusy))
+        << table;
+  }
+  for (const std::string table : {"", "reservation", "doctor", "category"}) {
+    CKovaDBSys db;
+    ASSERT_EQ(db.OpenDB(folder_.Path().c_str()), 0);
+    store::testing::FailReads(db, table);
+    MasterNames names(&db);
+    _NEXTCARDDATA card{};
+    EXPECT_EQ(LoadNextAppointments(&db, "P1", now, names, card), table.empty() ? 1 : -1) << table;
+    EXPECT_STREQ(card.appointments[0].start, table.empty() ? "09:00" : "") << table;
+  }
 }
 
 }  // namespace

@@ -1,17 +1,16 @@
 #include "printing/master_names.h"
 
 namespace kova::printing {
-namespace {
 
 template <typename Table>
-std::string NameIn(const Table& table, int result) {
-  return result == 0 ? std::string(store::GetText(table.record.name)) : std::string();
+std::string MasterNames::NameIn(const Table& table, int result) {
+  if (result == 0) return std::string(store::GetText(table.record.name));
+  if (failure_ == 0 && result != static_cast<int>(store::Result::kNotFound)) failure_ = result;
+  return {};
 }
 
-}  // namespace
-
 MasterNames::MasterNames(CKovaDBSys* db) {
-  // A table that cannot be bound answers "not found".
+  // A table that cannot be bound fails at every name.
   (void)categories_.SetAssociatedDB(db);
   (void)doctors_.SetAssociatedDB(db);
   (void)reasons_.SetAssociatedDB(db);

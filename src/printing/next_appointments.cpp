@@ -5,19 +5,18 @@
 #include <string>
 
 #include "foundation/text_tools.h"
+#include "platform/recordstore/table.h"
+#include "platform/recordstore/walk.h"
 #include "platform/toollib/tools.h"
 #include "printing/ole_date.h"
+#include "records/masters.h"
+#include "records/reservations.h"
 
 namespace kova::printing {
 namespace {
 
 using store::GetText;
 using store::PutText;
-
-constexpr int kByPatientAndDate = 1;  // key of the reservations
-constexpr int kCancelled = 2;         // this status and those above do not take place
-constexpr std::string_view kTypeClass = "0";
-constexpr std::string_view kUnitClass = "1";
 
 std::string Today(const std::tm& now) {
   char text[48];
@@ -40,7 +39,7 @@ std::string ShownTime(std::string_view time) {
 }  // namespace
 
 bool IsToCome(const tagRESERVATION& reservation, const std::tm& now) {
-  if (reservation.status >= kCancelled || reservation.visited != 0) return false;
+  if (!records::TakesPlace(reservation) || reservation.visited != 0) return false;
   const std::string_view date = GetText(reservation.reservationDate);
   const std::string today = Today(now);
   return date > today || (date == today && GetText(reservation.startTime) > TimeOf(now));
@@ -60,9 +59,8 @@ int LoadNextAppointments(CKovaDBSys* db, std::string_view patientCode, const std
                          _NEXTCARDDATA& card) {
   card = {};
   const CKovaReads reads(db);
-  CReservationDB table(nullptr, 0);
-  int result = table.SetAssociatedDB(db);
-  if (result == 0) result = table.SetKey(kByPatientAndDate);
+  store::On<CReservationDB> table(db);
+  int result = table.SetKey(CReservationDB::Key::ByPatient);
   if (result != 0) return -1;
   char key[sizeof table.record.patientCode + sizeof table.record.reservationDate]{};
   patientCode.copy(key, sizeof table.record.patientCode);
@@ -75,12 +73,12 @@ int LoadNextAppointments(CKovaDBSys* db, std::string_view patientCode, const std
     const tagRESERVATION& reservation = table.record;
     if (!IsToCome(reservation, now)) continue;
     _NEXTCARD& next = card.appointments[count++] = CardOf(reservation);
-    PutText(next.type, names.Category(kTypeClass, GetText(reservation.typeCode)));
-    PutText(next.unit, names.Category(kUnitClass, GetText(reservation.unitCode)));
+    PutText(next.type, names.Category(records::kReservationTypes, GetText(reservation.typeCode)));
+    PutText(next.unit, names.Category(records::kUnits, GetText(reservation.unitCode)));
     PutText(next.doctor, names.Doctor(GetText(reservation.doctorCode)));
     PutText(next.reason, names.Reason(GetText(reservation.reasonCode)));
   }
-  if (result == 0 || result == static_cast<int>(store::Result::kEndOfTable)) return static_cast<int>(count);
+  if (store::WalkOutcome(result) == 0 && names.Failure() == 0) return static_cast<int>(count);
   card = {};
   return -1;
 }

@@ -5,13 +5,13 @@
 
 #include "platform/toollib/tools.h"
 #include "printing/next_appointments.h"
+#include "records/masters.h"
 
 namespace kova::printing {
 namespace {
 
 using store::GetText;
 
-constexpr std::string_view kInsuranceClass = "3";
 constexpr std::uint8_t kMale = 1;
 constexpr int kFirstExtraItem = 31;
 constexpr int kFirstBlock = 52;
@@ -125,7 +125,7 @@ PatientForm ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient,
     form.extraItems[i] = names.FreeEntry(table, GetText(patient.extraItems[i]));
   }
   form.doctor = names.Doctor(GetText(patient.doctorCode));
-  form.insuranceType = names.Category(kInsuranceClass, GetText(patient.insuranceTypeCode));
+  form.insuranceType = names.Category(records::kInsuranceTypes, GetText(patient.insuranceTypeCode));
   (void)LoadNextAppointments(db, GetText(patient.patientCode), now, names, form.next);
   return form;
 }

@@ -5,10 +5,13 @@
 
 #include "charges/contributions.h"
 #include "charges/tax_periods.h"
+#include "platform/recordstore/walk.h"
 #include "printing/master_names.h"
 #include "printing/ole_date.h"
 #include "printing/receipt_lines.h"
 #include "printing/receipt_tax.h"
+#include "records/masters.h"
+#include "records/patients.h"
 
 namespace kova::printing {
 namespace {
@@ -16,9 +19,6 @@ namespace {
 using store::GetText;
 using store::PutText;
 
-constexpr int kChargeBySale = 2;  // key of the charges
-constexpr std::string_view kPaymentClass = "2";
-constexpr std::string_view kInsuranceClass = "3";
 constexpr char kNotTaxed = '1';
 constexpr char kTaxed = '2';
 constexpr int kTaxOnTop = 1;
@@ -32,7 +32,7 @@ int WholePercent(double rate) { return static_cast<int>(std::lround(rate * 100))
 class SaleReader {
  public:
   explicit SaleReader(CKovaDBSys* db) : names_(db) {
-    // What cannot be bound is found to be missing.
+    // A table that cannot be bound fails at every read.
     for (CBaseDBCall* table : std::initializer_list<CBaseDBCall*>{&sales_, &items_, &charges_, &patients_,
                                                                   &owners_, &categories_, &creditItems_})
       (void)table->SetAssociatedDB(db);
@@ -48,6 +48,8 @@ class SaleReader {
     FillSale(prepared.receipt);
     const int read = ReadItems(settings, prepared);
     if (read != 0) return read;
+    if (failure_ != 0) return failure_;
+    if (names_.Failure() != 0) return names_.Failure();
     if (amounts_.insured == 0 && hasPoints_) amounts_.insured = ShareOfCharge();
     amounts_.insured += applied_;
     SettleTax(amounts_, roundingMode_, prepared.receipt);
@@ -56,10 +58,16 @@ class SaleReader {
   }
 
  private:
+  /// True when a look-up found its record. One that failed is no receipt with a blank in it: Read gives the failure.
+  bool IsThere(int result) {
+    if (failure_ == 0) failure_ = store::WalkOutcome(result);
+    return result == 0;
+  }
+
   void ReadCharge() {
-    (void)charges_.SetKey(kChargeBySale);
+    (void)charges_.SetKey(CChargeDB::Key::BySale);
     charges_.SetKeyBuffer(sales_.record.saleNumber, sizeof sales_.record.saleNumber);
-    hasCharge_ = charges_.GetEQ() == 0;
+    hasCharge_ = IsThere(charges_.GetEQ());
   }
 
   void ReadRules(const foundation::SettingsSnapshot& settings) {
@@ -82,10 +90,10 @@ class SaleReader {
   void ReadPatient(_TMPRECEIPT& receipt) {
     const tagSALE& sale = sales_.record;
     PutText(receipt.patientCode, GetText(sale.patientCode));
-    if (patients_.GetPatient1Data(std::string(GetText(sale.patientCode)).c_str()) != 0) return;
+    if (!IsThere(patients_.GetPatient1Data(std::string(GetText(sale.patientCode)).c_str()))) return;
     const tagPATIENTDB& patient = patients_.record;
-    PutText(receipt.payerName, GetText(GetText(patient.name).empty() ? patient.otherName : patient.name));
-    PutText(receipt.insuranceType, names_.Category(kInsuranceClass, GetText(patient.insuranceTypeCode)));
+    PutText(receipt.payerName, records::ShownName(patient));
+    PutText(receipt.insuranceType, names_.Category(records::kInsuranceTypes, GetText(patient.insuranceTypeCode)));
     PutText(receipt.doctorName, names_.Doctor(GetText(patient.doctorCode)));
   }
 
@@ -94,10 +102,10 @@ class SaleReader {
     const bool numbered = !GetText(sale.receiptNumber).empty();
     PutText(receipt.receiptNumber, numbered ? GetText(sale.receiptNumber) : GetText(sale.saleNumber));
     PutText(receipt.memo, GetText(sale.memo));
-    PutText(receipt.paymentMethod, names_.Category(kPaymentClass, GetText(sale.categoryCode)));
+    PutText(receipt.paymentMethod, names_.Category(records::kPaymentMethods, GetText(sale.categoryCode)));
     if (hasCharge_ && charges_.record.burdenPercent != 0)
       PutText(receipt.burdenText, std::to_string(charges_.record.burdenPercent) + "%");
-    if (owners_.GetFIRST() == 0) PutText(receipt.directorName, GetText(owners_.record.name));
+    if (IsThere(owners_.GetFIRST())) PutText(receipt.directorName, GetText(owners_.record.name));
     PutText(receipt.departmentName, kDepartment);
     PutText(receipt.greeting, kGreeting);
     receipt.receiptDate = receipt.fromDate = receipt.toDate = DateOf(GetText(sale.saleDate));
@@ -109,22 +117,18 @@ class SaleReader {
 
   int ReadItems(const foundation::SettingsSnapshot& settings, PreparedReceipt& prepared) {
     const std::string_view number = GetText(sales_.record.saleNumber);
-    (void)items_.SetKey(0);
-    items_.SetKeyBuffer(sales_.record.saleNumber, sizeof sales_.record.saleNumber);
-    int result = items_.GetGREQ();
-    for (; result == 0 && GetText(items_.record.saleNumber) == number; result = items_.GetNEXT()) {
+    return store::Walk(items_, CSaleItemDB::Key::Primary, {number}, [&](const tagSALEITEM& item) {
       _TMPSALEITEM& line = prepared.AddLine();
-      FillLine(items_.record, line);
+      FillLine(item, line);
       Count(line, IsReducedRate(settings, line));
-    }
-    return result == static_cast<int>(store::Result::kEndOfTable) ? 0 : result;
+    });
   }
 
   void FillLine(const tagSALEITEM& item, _TMPSALEITEM& line) {
     const std::string category(GetText(item.categoryCode));
-    const bool hasCategory = item.noCategory == 0 && categories_.GetCreditCategoryData(category.c_str()) == 0;
+    const bool hasCategory = item.noCategory == 0 && IsThere(categories_.GetCreditCategoryData(category.c_str()));
     const bool hasItem =
-        creditItems_.GetCreditItemData(category.c_str(), std::string(GetText(item.itemCode)).c_str()) == 0;
+        IsThere(creditItems_.GetCreditItemData(category.c_str(), std::string(GetText(item.itemCode)).c_str()));
     const auto text = [](const auto& own, bool hasOther, const auto& other) {
       return GetText(own).empty() && hasOther ? GetText(other) : GetText(own);
     };
@@ -189,6 +193,7 @@ class SaleReader {
   CCreditCategoryDB categories_{nullptr, 0};
   CCreditItemDB creditItems_{nullptr, 0};
   MasterNames names_;
+  int failure_ = 0;
   bool hasCharge_ = false;
   bool taxIsOnTop_ = false;
   bool hasPoints_ = false;

@@ -3,7 +3,7 @@
 #include "platform/os/retry.h"
 #include "platform/recordstore/kovadbcall.h"
 
-namespace kova::reservations {
+namespace kova::records {
 
 /// A transaction of the table's connection that is taken back unless it was ended, also when memory runs out
 /// in between.
@@ -41,4 +41,4 @@ int WhileInConflict(Work work) {
                         [](int result) { return result == static_cast<int>(store::Result::kConflict); });
 }
 
-}  // namespace kova::reservations
+}  // namespace kova::records

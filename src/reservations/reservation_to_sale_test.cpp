@@ -7,7 +7,7 @@
 
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/testing/failing_reads.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::reservations {
 namespace {
@@ -161,7 +161,7 @@ TEST(ReservationToSale, AFailedReadMakesNoSale) {
     EXPECT_EQ(ReservationToSale(row.hasSettings ? settings : foundation::SettingsSnapshot::Unreadable(), &db, fee),
               static_cast<int>(row.result));
     EXPECT_STREQ(fee.saleNumber, row.result == store::Result::kDone ? "000000000001" : "");
-    store::testing::On<CSaleDB> sales(db);
+    store::On<CSaleDB> sales(db);
     EXPECT_EQ(sales.GetFIRST() == 0, row.result == store::Result::kDone);
   }
 }

@@ -3,9 +3,11 @@
 #include <cstdio>
 
 #include "foundation/number_text.h"
+#include "platform/recordstore/table.h"
+#include "records/reservations.h"
+#include "records/transaction.h"
 #include "reservations/finished_date.h"
 #include "reservations/reservation_to_sale.h"
-#include "reservations/transaction.h"
 
 namespace kova::visitflow {
 namespace {
@@ -14,9 +16,8 @@ using store::GetText;
 using store::PutText;
 using store::Result;
 
-constexpr int kChargesBySale = 2;  // key of the charges
-constexpr std::string_view kBeforeVisit = "00";
-constexpr std::string_view kAccounted = "01";
+using records::kAccounted;
+using records::kBeforeVisit;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 
@@ -52,9 +53,8 @@ int NothingToDelete(int result) { return result == Code(Result::kNotFound) ? 0 :
 
 /// Result Receipted when a receipt was given for one of them.
 int DeleteCharges(CKovaDBSys* db, const tagRESERVATION& reservation) {
-  CChargeDB charges;
-  int result = charges.SetAssociatedDB(db);
-  if (result == 0) result = charges.SetKey(kChargesBySale);
+  store::On<CChargeDB> charges(db);
+  int result = charges.SetKey(CChargeDB::Key::BySale);
   charges.SetKeyBuffer(reservation.saleNumber, sizeof reservation.saleNumber);
   while (result == 0) {
     result = charges.GetEQ();
@@ -67,9 +67,8 @@ int DeleteCharges(CKovaDBSys* db, const tagRESERVATION& reservation) {
 int DeleteSale(CKovaDBSys* db, tagRESERVATION& reservation) {
   const std::string number(GetText(reservation.saleNumber));
   if (number.empty()) return 0;
-  CSaleDB sales(nullptr, 0);
+  store::On<CSaleDB> sales(db);
   int result = DeleteCharges(db, reservation);
-  if (result == 0) result = sales.SetAssociatedDB(db);
   if (result == 0) {
     result = sales.GetSaleData(number.c_str());
     result = result == 0 ? sales.Delete(1) : NothingToDelete(result);
@@ -99,7 +98,7 @@ int Apply(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, const Mo
     result = *plan.visit ? MakeSale(db, settings, reservation) : DeleteSale(db, reservation);
   }
   finished = PutStage(reservation, plan.stageCode, now);
-  if (result == 0) result = table.Update(UPDATE_ALWAYS);
+  if (result == 0) result = table.Update(UPDATE_IF_UNCHANGED);
   const bool taken = plan.visit && !*plan.visit;
   if (result == 0 && taken) result = reservations::ResetFinishedDate(db, GetText(reservation.patientCode));
   return result;
@@ -153,12 +152,10 @@ namespace {
 MoveResult MoveOnce(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, std::string_view key,
                            std::string_view shownStage, BoardButton button, const std::vector<Stage>& stages,
                            const std::optional<std::tm>& now) {
-  CReservationDB table(nullptr, 0);
-  int result = table.SetAssociatedDB(db);
-  if (result != 0) return Failure(result);
-  reservations::Transaction transaction(table);
+  store::On<CReservationDB> table(db);
+  records::Transaction transaction(table);
   if (transaction.Begun() != 0) return Failure(transaction.Begun());
-  result = table.GetReservationData(std::string(key).c_str());
+  int result = table.GetReservationData(std::string(key).c_str());
   if (result == Code(Result::kNotFound)) return {MoveOutcome::kGone, result, {}};
   if (result != 0) return Failure(result);
   const std::string stored(GetText(table.record.stageCode));
@@ -179,7 +176,7 @@ MoveResult MoveReservation(CKovaDBSys* db, const foundation::SettingsSnapshot& s
                            std::string_view shownStage, BoardButton button, const std::vector<Stage>& stages,
                            const std::optional<std::tm>& now) {
   MoveResult moved;
-  (void)reservations::WhileInConflict([&] {
+  (void)records::WhileInConflict([&] {
     moved = MoveOnce(db, settings, key, shownStage, button, stages, now);
     return moved.result;
   });

@@ -8,7 +8,7 @@
 
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "visitflow/board_session.h"
 #include "visitflow/testing/board_text.h"
 #include "visitflow/testing/small_practice.h"
@@ -18,7 +18,7 @@ namespace {
 
 using store::GetText;
 using store::PutText;
-using store::testing::On;
+using store::On;
 using testing::BoardText;
 using testing::kDay;
 using testing::StateOf;

@@ -8,7 +8,7 @@
 #include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"
 
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using kova::store::GetText;
 using kova::store::PutText;
 using kova::store::Result;
-using kova::store::testing::On;
+using kova::store::On;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 constexpr int kPatients = 2500;

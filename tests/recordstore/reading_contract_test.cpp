@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/recordstore/testing/failing_reads.h"
+#include "platform/recordstore/walk.h"
 #include "tests/recordstore/record_store_contract.h"
 
 namespace kova::testing {
@@ -183,6 +187,52 @@ TEST_P(RecordStore, AWalkEndsWhereItIsToldTo) {
   EXPECT_STREQ(table.record.classCode, "2");
   table.SetWalkEnd("1", 1);
   EXPECT_EQ(table.GetNEXT(), Code(Result::kEndOfTable));
+}
+
+// Both directions, a first field that others begin with, fields as full as can be, a stop, and what comes after it.
+TEST_P(RecordStore, WalksTheRecordsOfAKeysValues) {
+  for (const char* code : {"1", "12", "2"}) PutCategory(db_, "1", code, "x");
+  PutCategory(db_, "2", "3", "x");
+  PutCategory(db_, "", "4", "x");
+  using Key = CCategoryDB::Key;
+  On<CCategoryDB> table(db_);
+  std::string seen;
+  const auto use = [&](const tagCATEGORY& record) { seen += std::string(GetText(record.code)) + " "; };
+  const auto untilTwelve = [&](const tagCATEGORY& record) {
+    use(record);
+    return GetText(record.code) != "12";
+  };
+  const auto walked = [&](int result) {
+    EXPECT_EQ(result, 0);
+    return std::exchange(seen, {});
+  };
+  EXPECT_EQ(walked(store::Walk(table, Key::InListOrder, {"1"}, use)), "1 12 2 ");
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {"1", "1"}, use)), "1 ");  // and not "12"
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {""}, use)), "4 ");
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {}, use)), "4 1 12 2 3 ");
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {"1", "9"}, use)), "");
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {"1200"}, use)), "");  // longer than the field, not cut to "12"
+  EXPECT_EQ(walked(store::WalkBack(table, Key::InListOrder, {"1"}, use)), "2 12 1 ");
+  EXPECT_EQ(walked(store::WalkBack(table, Key::Primary, {"11"}, use)), "");
+  EXPECT_EQ(walked(store::WalkBack(table, Key::Primary, {"1"}, untilTwelve)), "2 12 ");
+  EXPECT_EQ(walked(store::Walk(table, Key::Primary, {"1"}, untilTwelve)), "1 12 ");
+  EXPECT_STREQ(table.record.code, "12");  // stays the current one, and the walk's end is off
+  ASSERT_EQ(table.GetNEXT(), 0);
+  ASSERT_EQ(table.GetNEXT(), 0);
+  EXPECT_STREQ(table.record.code, "3");
+}
+
+TEST_P(RecordStore, WalksThatFailSaySo) {
+  PutCategory(db_, "1", "1", "x");
+  store::testing::FailReads(db_, "category");
+  On<CCategoryDB> table(db_);
+  const auto use = [](const tagCATEGORY&) {};
+  EXPECT_EQ(store::Walk(table, CCategoryDB::Key::Primary, {"1"}, use), Code(Result::kBusy));
+  EXPECT_EQ(store::WalkBack(table, CCategoryDB::Key::Primary, {"1"}, use), Code(Result::kBusy));
+  db_.CloseDB();
+  EXPECT_EQ(store::Walk(table, CCategoryDB::Key::Primary, {"1"}, use), Code(Result::kNotOpen));
+  On<CCategoryDB> unbound(nullptr);
+  EXPECT_EQ(store::WalkBack(unbound, CCategoryDB::Key::Primary, {"1"}, use), Code(Result::kNotOpen));
 }
 
 TEST_P(RecordStore, WalksGoThroughBeginningsOnly) {

@@ -9,16 +9,16 @@
 
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/table.h"
 #include "platform/recordstore/testing/distant_engine.h"
-#include "platform/recordstore/testing/on.h"
 #include "tests/recordstore/store_server.h"
 
 namespace kova::testing {
 
 using store::GetText;
 using store::PutText;
+using store::On;
 using store::Result;
-using store::testing::On;
 
 inline constexpr int Code(Result result) { return static_cast<int>(result); }
 

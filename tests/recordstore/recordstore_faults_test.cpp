@@ -17,7 +17,7 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/child_process.h"
 #include "tests/recordstore/failing_vfs.h"
 
@@ -27,7 +27,7 @@ namespace {
 using store::GetText;
 using store::PutText;
 using store::Result;
-using store::testing::On;
+using store::On;
 
 constexpr int Code(Result result) { return static_cast<int>(result); }
 

@@ -10,14 +10,14 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"
 #include "visitflow/board.h"
 
 namespace {
 
 using kova::store::PutText;
-using kova::store::testing::On;
+using kova::store::On;
 
 constexpr int kRows = 100;
 

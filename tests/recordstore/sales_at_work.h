@@ -10,11 +10,11 @@
 
 #include "platform/os/clock.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::testing {
 
-using store::testing::On;
+using store::On;
 
 inline constexpr int Code(store::Result result) { return static_cast<int>(result); }
 

@@ -12,7 +12,7 @@
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/recordstore/sales_at_work.h"
 #include "tests/recordstore/small_disk.h"
 #include "tests/recordstore/store_server.h"
@@ -25,7 +25,7 @@ namespace {
 
 using kova::store::PutText;
 using kova::store::Result;
-using kova::store::testing::On;
+using kova::store::On;
 using kova::testing::Code;
 using kova::testing::Environment;
 using kova::testing::MakeSale;

@@ -14,7 +14,7 @@
 #include "hosts/person/window_driver.h"
 #include "hosts/reception/resource.h"
 #include "platform/os/clock.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
@@ -25,7 +25,7 @@ namespace {
 using namespace kova::person;
 using kova::store::GetText;
 using kova::store::PutText;
-using kova::store::testing::On;
+using kova::store::On;
 using kova::testing::Environment;
 using kova::testing::WindowPractice;
 using kova::testing::Work;

@@ -16,7 +16,7 @@
 #include "hosts/person/window_driver.h"
 #include "hosts/reception/resource.h"
 #include "platform/os/application_profile.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/child_process.h"
 #include "tests/run_program.h"
 #include "tests/windows/window_practice.h"
@@ -24,7 +24,7 @@
 namespace {
 
 using namespace kova::person;
-using kova::store::testing::On;
+using kova::store::On;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
 using Popup = kova::controls::DateInputDialog;

@@ -8,14 +8,14 @@
 #include "entry/kova_com_dlg.h"
 #include "hosts/person/window_driver.h"
 #include "pickers/win32/query_patient_dlg.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 #include "tests/windows/window_practice.h"
 
 namespace {
 
 using namespace kova::person;
 using kova::store::PutText;
-using kova::store::testing::On;
+using kova::store::On;
 using kova::testing::WindowPractice;
 using kova::testing::Work;
 using Query = kova::pickers::CQueryPatientDlg;

@@ -77,55 +77,55 @@
 #define KOVA_CODE3_MASTER_FIELDS(F) KOVA_MASTER_FIELDS(F, Code3)
 #define KOVA_CODE4_MASTER_FIELDS(F) KOVA_MASTER_FIELDS(F, Code4)
 
-// Keys: number and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
+// Keys: number, name and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
 // other, each at its full width. Key numbers and widths are relied on by hosts; do not change.
 
 #define KOVA_CATEGORY_KEYS(K) \
-  K(0, "classCode code") \
-  K(1, "classCode sortOrder code")
+  K(0, Primary, "classCode code") \
+  K(1, InListOrder, "classCode sortOrder code")
 
 #define KOVA_DOCTOR_KEYS(K) \
-  K(0, "code") \
-  K(1, "sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "sortOrder code")
 
 #define KOVA_STAFF_KEYS(K) \
-  K(0, "staffId") \
-  K(1, "reading")
+  K(0, Primary, "staffId") \
+  K(1, ByReading, "reading")
 
 #define KOVA_CUSTOMTBL_KEYS(K) \
-  K(0, "tableId code") \
-  K(1, "tableId sortOrder code")
+  K(0, Primary, "tableId code") \
+  K(1, InListOrder, "tableId sortOrder code")
 
 #define KOVA_CREDITCATEGORY_KEYS(K) \
-  K(0, "code") \
-  K(1, "sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "sortOrder code")
 
 #define KOVA_CREDITITEM_KEYS(K) \
-  K(0, "categoryCode code") \
-  K(1, "categoryCode sortOrder code")
+  K(0, Primary, "categoryCode code") \
+  K(1, InListOrder, "categoryCode sortOrder code")
 
 #define KOVA_CREDITITEMAMOUNT_KEYS(K) \
-  K(0, "categoryCode itemCode fromDate")
+  K(0, Primary, "categoryCode itemCode fromDate")
 
 #define KOVA_INTRODR_KEYS(K) \
-  K(0, "code") \
-  K(1, "kind sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "kind sortOrder code")
 
 #define KOVA_MATERIALITEM_KEYS(K) \
-  K(0, "code") \
-  K(1, "categoryCode sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "categoryCode sortOrder code")
 
 #define KOVA_TREATMENTITEM_KEYS(K) \
-  K(0, "categoryCode code") \
-  K(1, "categoryCode sortOrder code")
+  K(0, Primary, "categoryCode code") \
+  K(1, InListOrder, "categoryCode sortOrder code")
 
 #define KOVA_CASES_KEYS(K) \
-  K(0, "categoryCode code") \
-  K(1, "categoryCode sortOrder code")
+  K(0, Primary, "categoryCode code") \
+  K(1, InListOrder, "categoryCode sortOrder code")
 
 #define KOVA_MASTER_KEYS(K) \
-  K(0, "code") \
-  K(1, "sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "sortOrder code")
 
 KOVA_RECORD(tagCATEGORY, KOVA_CATEGORY_FIELDS)
 KOVA_RECORD(tagDOCTOR, KOVA_DOCTOR_FIELDS)

@@ -69,23 +69,23 @@
   F(Date, endDate, "ended; empty while it goes on")                   \
   F(Text<200>, memo, "memo")
 
-// Keys: number and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
+// Keys: number, name and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
 // other, each at its full width. Key numbers and widths are relied on by hosts; do not change.
 
 #define KOVA_PATIENT_KEYS(K) \
-  K(0, "patientCode") \
-  K(1, "name") \
-  K(2, "reading") \
-  K(3, "patientCode")
+  K(0, Primary, "patientCode") \
+  K(1, ByName, "name") \
+  K(2, ByReading, "reading") \
+  K(3, ByPatientCode, "patientCode")
 
 #define KOVA_PATIENT2_KEYS(K) \
-  K(0, "patientCode")
+  K(0, Primary, "patientCode")
 
 #define KOVA_OWNER_KEYS(K) \
-  K(0, "code")
+  K(0, Primary, "code")
 
 #define KOVA_CASEINFO_KEYS(K) \
-  K(0, "patientCode caseCode")
+  K(0, Primary, "patientCode caseCode")
 
 KOVA_RECORD(tagPATIENTDB, KOVA_PATIENT_FIELDS)
 KOVA_RECORD(tagPATIENTDB2, KOVA_PATIENT2_FIELDS)

@@ -47,25 +47,25 @@
   F(Code2, sortOrder, "order in lists") \
   F(Marker, marker, "begins with __: retired")
 
-// Keys: number and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
+// Keys: number, name and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
 // other, each at its full width. Key numbers and widths are relied on by hosts; do not change.
 
 #define KOVA_RESERVATION_KEYS(K) \
-  K(0, "reservationNumber") \
-  K(1, "patientCode reservationDate startTime") \
-  K(2, "reservationDate unitCode startTime") \
-  K(3, "reservationDate doctorCode startTime") \
-  K(4, "saleNumber") \
-  K(6, "reservationDate startTime")
+  K(0, Primary, "reservationNumber") \
+  K(1, ByPatient, "patientCode reservationDate startTime") \
+  K(2, ByDateAndUnit, "reservationDate unitCode startTime") \
+  K(3, ByDateAndDoctor, "reservationDate doctorCode startTime") \
+  K(4, BySale, "saleNumber") \
+  K(6, ByDateAndTime, "reservationDate startTime")
 
 #define KOVA_RESERVATIONSTANDBY_KEYS(K) \
-  K(0, "standbyNumber") \
-  K(1, "reservationNumber") \
-  K(2, "patientCode wishedFrom")
+  K(0, Primary, "standbyNumber") \
+  K(1, ByReservation, "reservationNumber") \
+  K(2, ByPatient, "patientCode wishedFrom")
 
 #define KOVA_RESERVATIONWAY_KEYS(K) \
-  K(0, "code") \
-  K(1, "sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "sortOrder code")
 
 KOVA_RECORD(tagRESERVATION, KOVA_RESERVATION_FIELDS)
 KOVA_RECORD(tagRESERVATIONSTANDBY, KOVA_RESERVATIONSTANDBY_FIELDS)

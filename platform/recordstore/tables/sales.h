@@ -87,33 +87,33 @@
   F(Code2, sortOrder, "order in lists")                               \
   F(Marker, marker, "begins with __: retired")
 
-// Keys: number and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
+// Keys: number, name and fields. Key 0 is the primary key, the only unique one; a key buffer holds the fields one behind the
 // other, each at its full width. Key numbers and widths are relied on by hosts; do not change.
 
 #define KOVA_SALE_KEYS(K) \
-  K(0, "saleNumber") \
-  K(1, "patientCode saleDate") \
-  K(2, "saleDate saleNumber") \
-  K(3, "reservationNumber")
+  K(0, Primary, "saleNumber") \
+  K(1, ByPatient, "patientCode saleDate") \
+  K(2, ByDate, "saleDate saleNumber") \
+  K(3, ByReservation, "reservationNumber")
 
 #define KOVA_SALEITEM_KEYS(K) \
-  K(0, "saleNumber lineNumber")
+  K(0, Primary, "saleNumber lineNumber")
 
 #define KOVA_CHARGE_KEYS(K) \
-  K(0, "chargeNumber") \
-  K(1, "patientCode chargeDate") \
-  K(2, "saleNumber")
+  K(0, Primary, "chargeNumber") \
+  K(1, ByPatient, "patientCode chargeDate") \
+  K(2, BySale, "saleNumber")
 
 #define KOVA_CONTRACT_KEYS(K) \
-  K(0, "patientCode contractNumber") \
-  K(1, "contractNumber")
+  K(0, Primary, "patientCode contractNumber") \
+  K(1, ByContract, "contractNumber")
 
 #define KOVA_CONTRACTITEM_KEYS(K) \
-  K(0, "contractNumber lineNumber")
+  K(0, Primary, "contractNumber lineNumber")
 
 #define KOVA_PREMIUM_KEYS(K) \
-  K(0, "code") \
-  K(1, "sortOrder code")
+  K(0, Primary, "code") \
+  K(1, InListOrder, "sortOrder code")
 
 KOVA_RECORD(tagSALE, KOVA_SALE_FIELDS)
 KOVA_RECORD(tagSALEITEM, KOVA_SALEITEM_FIELDS)

@@ -13,6 +13,14 @@ using window::Grid;
 using window::Row;
 using window::Space;
 
+namespace {
+
+std::string Unreadable(const char* what, int result) {
+  return what + ("を読み込めません（" + std::to_string(result) + "）。しばらくしてから、もう一度お試しください。");
+}
+
+}  // namespace
+
 MailPreviewDialog::MailPreviewDialog(MailTemplate shown, TemplateRole role, CKovaDBSys* db,
                                      const std::tm& now)
     : Dialog("メールのプレビュー", {560, 560}), template_(std::move(shown)), role_(role), db_(db), now_(now) {
@@ -70,8 +78,8 @@ LRESULT MailPreviewDialog::OnNotify(const NMHDR& header) {
 }
 
 void MailPreviewDialog::ShowDay() {
-  rows_ = ReservationsOfDay(db_, day_);
-  const std::string count = "（" + std::to_string(rows_.size()) + " 件）";
+  failure_ = db_ == nullptr ? 0 : ReservationsOfDay(db_, day_, rows_);
+  const std::string count = failure_ == 0 ? "（" + std::to_string(rows_.size()) + " 件）" : "（- 件）";
   ShowText(kDay, db_ == nullptr ? "見本の予約" : CTools::MakeDate(day_) + count);
   list_.SetRowCount(static_cast<int>(rows_.size()));
   list_.Select(rows_.empty() ? std::nullopt : std::optional(0));
@@ -82,10 +90,17 @@ void MailPreviewDialog::ShowMail() {
   const auto row = list_.Selected();
   FilledMail mail;
   if (row && *row < static_cast<int>(rows_.size())) {
-    mail = PreviewFor(template_, role_, db_, rows_[static_cast<std::size_t>(*row)].reservation, now_);
-    if (mail.to.empty()) mail.to = "（この患者には送信されません：アドレスがないか、受信を希望していません）";
+    const tagRESERVATION& reservation = rows_[static_cast<std::size_t>(*row)].reservation;
+    const int result = PreviewFor(template_, role_, db_, reservation, now_, mail);
+    if (result != 0) {
+      mail.body = Unreadable("患者", result);
+    } else if (mail.to.empty()) {
+      mail.to = "（この患者には送信されません：アドレスがないか、受信を希望していません）";
+    }
   } else if (db_ == nullptr) {
     mail = PreviewForExample(template_, role_, now_);
+  } else if (failure_ != 0) {
+    mail.body = Unreadable("予約", failure_);
   } else {
     mail.body = "この日には予約がありません。";
   }

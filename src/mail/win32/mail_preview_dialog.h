@@ -48,6 +48,7 @@ class MailPreviewDialog final : public window::Dialog {
   std::tm now_;
   std::string day_;
   std::vector<PreviewRow> rows_;
+  int failure_ = 0;  // of reading the day: the record store's result
   window::VirtualList list_;
 };
 

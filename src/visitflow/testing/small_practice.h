@@ -5,11 +5,11 @@
 #include <string>
 
 #include "platform/recordstore/kovadbcall.h"
-#include "platform/recordstore/testing/on.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::visitflow::testing {
 
-using store::testing::On;
+using store::On;
 
 inline constexpr const char* kDay = "20261122";
 
