@@ -19,6 +19,7 @@ enum class FileOutcome {
   kChanged,   // it is no longer what the caller said it is; something is there already
   kTooLarge,  // larger than the caller's limit
   kFull,      // no room left on the disk
+  kNoAccess,  // this user has no right to do that there
   kFailed,    // anything else; nothing was changed
 };
 
@@ -90,7 +91,9 @@ class Files {
   /// (the name with ".new" behind it), flushed, and renamed over it. Whatever happens, power loss included,
   /// the file is the old one or the new one. A read-only file is left alone, whoever asks. `precondition` is
   /// checked last, right before the renaming (kChanged). Two processes that replace the same file at once do
-  /// so under a lock of their own, or one of them may be told kBusy.
+  /// so under a lock of their own, or one of them may be told kBusy. A file that was there keeps its owner, as far
+  /// as this user may give it, and its access list; of a symbolic link the file that it leads to is replaced.
+  /// kNoAccess where no file can be made beside it.
   [[nodiscard]] FileOutcome Replace(std::string_view path, std::string_view content,
                                     const Precondition& precondition = {}) {
     return ReplaceThrough(std::string(path) + ".new", path, content, precondition);
@@ -103,8 +106,14 @@ class Files {
                                                    std::string_view content,
                                                    const Precondition& precondition = {}) = 0;
 
+  /// Writes `content` into the file at `path`, which exists, and flushes it: for a folder in which this user may
+  /// make no file. Nothing is written when the disk lacks the room; a power cut in between leaves it half written.
+  /// `precondition` is checked while no other process can write the file this way or replace it.
+  [[nodiscard]] virtual FileOutcome WriteInPlace(std::string_view path, std::string_view content,
+                                                 const Precondition& precondition) = 0;
+
   /// Holds the lock that the file `path` stands for, making the file when it is missing (it stays). Waits for
-  /// other processes at most `patience` milliseconds (kBusy).
+  /// other processes at most `patience` milliseconds (kBusy). kNoAccess when it is missing and cannot be made.
   [[nodiscard]] virtual FileOutcome Lock(std::string_view path, int patience,
                                          std::unique_ptr<FileLock>& lock) = 0;
 

@@ -19,9 +19,14 @@
 
 #ifdef _WIN32
 #include <windows.h>
+#include <aclapi.h>
+#include <sddl.h>
 
 #include "platform/os/input_method.h"
 #include "platform/os/win32/native_path.h"
+#else
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace kova::os {
@@ -113,6 +118,79 @@ TEST_F(RealFilesTest, AReadOnlyFileIsLeftAlone) {
   fs::permissions(ToFilesystemPath(file), fs::perms::owner_all);
   EXPECT_EQ(files.Replace(file, "two"), FileOutcome::kOk);
 }
+
+// A folder that has the name of the file to be made stands for one in which none can be made: the system refuses both alike.
+TEST_F(RealFilesTest, WhereOnlyTheFileCanBeWrittenItIsWrittenInPlace) {
+  ASSERT_EQ(files.Replace(file, "[A]\r\nk=1234567890\r\n"), FileOutcome::kOk);
+  for (const bool withLock : {true, false}) {
+    ASSERT_EQ(files.MakeFolder(file + (withLock ? ".new" : ".lock")), FileOutcome::kOk);
+    EXPECT_EQ(UpdateProfileFile(files, file, "A", "k", withLock ? "2" : "12345"), FileOutcome::kOk);
+    EXPECT_EQ(Content(file), withLock ? "[A]\r\nk=2\r\n" : "[A]\r\nk=12345\r\n");
+    fs::remove(ToFilesystemPath(file + ".lock"));
+  }
+  EXPECT_EQ(files.Replace(file, "x"), FileOutcome::kNoAccess);
+  EXPECT_EQ(files.WriteInPlace(file, "x", Precondition::Content("[A]")), FileOutcome::kChanged);
+  EXPECT_EQ(files.WriteInPlace(file, "x", Precondition::NoFile()), FileOutcome::kChanged);
+  EXPECT_EQ(Content(file), "[A]\r\nk=12345\r\n");
+  EXPECT_EQ(files.WriteInPlace(folder.Path() + "none.ini", "x", {}), FileOutcome::kNotThere);
+  EXPECT_EQ(UpdateProfileFile(files, folder.Path() + "none.ini", "A", "k", "1"), FileOutcome::kOk);
+}
+
+#ifdef _WIN32
+std::wstring AccessListOf(const std::string& path) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  std::wstring text;
+  LPWSTR shown = nullptr;
+  if (GetNamedSecurityInfoW(NativePath(path).c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                            nullptr, nullptr, &descriptor) == ERROR_SUCCESS &&
+      ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION,
+                                                           &shown, nullptr))
+    text = shown;
+  LocalFree(shown);
+  LocalFree(descriptor);
+  return text;
+}
+
+TEST_F(RealFilesTest, AReplacedFileKeepsItsAccessList) {
+  ASSERT_EQ(files.Replace(file, "one"), FileOutcome::kOk);
+  PSECURITY_DESCRIPTOR own = nullptr;
+  // What files here have but for the last entry, as this file's own.
+  const std::wstring usual = AccessListOf(file);
+  ASSERT_NE(usual.find(L'('), std::wstring::npos);
+  std::wstring fewer = L"D:P" + usual.substr(usual.find(L'('), usual.rfind(L'(') - usual.find(L'('));
+  for (std::size_t at = fewer.find(L";ID;"); at != std::wstring::npos; at = fewer.find(L";ID;")) fewer.erase(at + 1, 2);
+  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(fewer.c_str(), SDDL_REVISION_1, &own, nullptr));
+  ASSERT_TRUE(SetFileSecurityW(NativePath(file).c_str(), DACL_SECURITY_INFORMATION, own));
+  LocalFree(own);
+  const std::wstring before = AccessListOf(file);
+  ASSERT_NE(before, usual);
+  ASSERT_EQ(files.Replace(file, "two"), FileOutcome::kOk);
+  EXPECT_EQ(AccessListOf(file), before);
+}
+#else
+TEST_F(RealFilesTest, AReplacedFileKeepsOwnerModeAndLink) {
+  ASSERT_EQ(files.MakeFolder(folder.Path() + "real"), FileOutcome::kOk);
+  const std::string real = folder.Path() + "real\\x.ini";
+  ASSERT_EQ(files.Replace(real, "one"), FileOutcome::kOk);
+  const fs::path realPath = ToFilesystemPath(real), link = ToFilesystemPath(file);
+  fs::create_symlink(fs::path("real") / "x.ini", link);
+  const bool isRoot = ::geteuid() == 0;
+  if (isRoot) {
+    ASSERT_EQ(::chown(realPath.c_str(), 65533, 65532), 0);
+  }
+  fs::permissions(realPath, static_cast<fs::perms>(0640));
+  ASSERT_EQ(UpdateProfileFile(files, file, "A", "k", "1"), FileOutcome::kOk);
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(Content(real), Content(file));
+  EXPECT_NE(Content(real), "one");
+  struct stat status {};
+  ASSERT_EQ(::stat(realPath.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640u);
+  if (isRoot) {
+    EXPECT_EQ(std::pair(status.st_uid, status.st_gid), std::pair(uid_t{65533}, gid_t{65532}));
+  }
+}
+#endif
 
 TEST_F(RealFilesTest, ListsAndDeletesFilesOnly) {
   std::vector<std::string> names = {"old"};

@@ -15,7 +15,9 @@ FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_v
   if (path.empty()) return FileOutcome::kNotThere;
   std::unique_ptr<FileLock> lock;
   const FileOutcome locked = files.Lock(std::string(path) + ".lock", kPatience, lock);
-  if (locked != FileOutcome::kOk) return locked;
+  // Without the right to make the lock's file there is none to make another one either: the writing in place below
+  // compares under a lock of its own.
+  if (locked != FileOutcome::kOk && locked != FileOutcome::kNoAccess) return locked;
   const auto attempt = [&] {
     std::string old;
     const FileOutcome read = files.Read(path, kProfileFileLimit, old);
@@ -24,7 +26,11 @@ FileOutcome UpdateProfileFile(Files& files, std::string_view path, std::string_v
     if (!edited) return FileOutcome::kFailed;
     if (*edited == old) return FileOutcome::kOk;
     const bool there = read == FileOutcome::kOk;
-    return files.Replace(path, *edited, there ? Precondition::Content(old) : Precondition::NoFile());
+    const Precondition unchanged = there ? Precondition::Content(old) : Precondition::NoFile();
+    FileOutcome outcome =
+        locked == FileOutcome::kNoAccess ? FileOutcome::kNoAccess : files.Replace(path, *edited, unchanged);
+    if (outcome == FileOutcome::kNoAccess && there) outcome = files.WriteInPlace(path, *edited, unchanged);
+    return outcome;
   };
   // Against a program that writes without our lock.
   return RetryWhile(

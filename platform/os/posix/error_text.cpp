@@ -12,6 +12,7 @@ int ErrorOf(FileOutcome outcome) {
       return 0;
     case FileOutcome::kNotThere:
       return ENOENT;
+    case FileOutcome::kNoAccess:
     case FileOutcome::kReadOnly:
       return EACCES;
     case FileOutcome::kBusy:

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <utility>
 #include <vector>
@@ -136,6 +137,21 @@ void FlushFolder(const std::string& path) {
   if (descriptor.Valid()) ::fsync(descriptor.Get());
 }
 
+// What `path` leads to when it is a symbolic link to something, else itself.
+std::string Resolved(const std::string& path) {
+  struct stat named {};
+  if (::lstat(path.c_str(), &named) != 0 || !S_ISLNK(named.st_mode)) return path;
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+  return real == nullptr ? path : std::string(real.get());
+}
+
+// The file `name` in the folder of `path`; both with "/".
+std::string BesidePath(const std::string& path, const std::string& name) {
+  return path.substr(0, path.rfind('/') + 1) + name.substr(name.rfind('/') + 1);
+}
+
+bool IsRefused(int error) { return error == EACCES || error == EPERM || error == EISDIR; }
+
 // True when the descriptor's file is still the one at `path`, not one that was renamed or removed meanwhile.
 bool IsAt(int fd, const std::string& path) {
   struct stat opened {};
@@ -251,8 +267,9 @@ class PosixFiles final : public Files {
 
   FileOutcome ReplaceThrough(std::string_view beside, std::string_view path, std::string_view content,
                              const Precondition& precondition) override {
-    const std::string target = NativePath(path);
-    const std::string temporary = NativePath(beside);
+    const std::string named = NativePath(path);
+    const std::string target = Resolved(named);
+    const std::string temporary = target == named ? NativePath(beside) : BesidePath(target, NativePath(beside));
     struct stat old {};
     const bool there = ::stat(target.c_str(), &old) == 0;
     if (there && !S_ISREG(old.st_mode)) return FileOutcome::kFailed;
@@ -260,10 +277,12 @@ class PosixFiles final : public Files {
       return FileOutcome::kReadOnly;  // root could write it; it must not
 
     const Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666));
-    if (!file.Valid()) return OutcomeOf(errno);
+    if (!file.Valid()) return IsRefused(errno) ? FileOutcome::kNoAccess : OutcomeOf(errno);
     if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return OutcomeOf(errno);
     if (!IsAt(file.Get(), temporary)) return FileOutcome::kBusy;
     FileOutcome outcome = ::ftruncate(file.Get(), 0) == 0 ? WriteAll(file.Get(), content) : OutcomeOf(errno);
+    // Another owner only where this user may give a file away; before the mode, which it takes bits from.
+    if (outcome == FileOutcome::kOk && there) (void)!::fchown(file.Get(), old.st_uid, old.st_gid);
     if (outcome == FileOutcome::kOk && there && ::fchmod(file.Get(), old.st_mode & 07777) != 0) {
       outcome = OutcomeOf(errno);
     }
@@ -278,11 +297,34 @@ class PosixFiles final : public Files {
     return FileOutcome::kOk;
   }
 
+  FileOutcome WriteInPlace(std::string_view path, std::string_view content,
+                           const Precondition& precondition) override {
+    const std::string target = NativePath(path);
+    const Descriptor file(::open(target.c_str(), O_RDWR | O_CLOEXEC));
+    if (!file.Valid()) return IsRefused(errno) ? FileOutcome::kNoAccess : OutcomeOf(errno);
+    struct stat old {};
+    if (::flock(file.Get(), LOCK_EX) != 0 || ::fstat(file.Get(), &old) != 0) return OutcomeOf(errno);
+    if (!S_ISREG(old.st_mode)) return FileOutcome::kFailed;
+    if ((old.st_mode & 0222) == 0) return FileOutcome::kReadOnly;
+    if (!IsAt(file.Get(), target) || !Holds(path, precondition)) return FileOutcome::kChanged;
+    const auto length = static_cast<off_t>(content.size());
+    if (length > old.st_size) {
+      const int error = ::posix_fallocate(file.Get(), old.st_size, length - old.st_size);
+      if (error != 0) {
+        (void)!::ftruncate(file.Get(), old.st_size);
+        return OutcomeOf(error);
+      }
+    }
+    const FileOutcome outcome = WriteAll(file.Get(), content);
+    if (outcome != FileOutcome::kOk) return outcome;
+    return ::ftruncate(file.Get(), length) == 0 && ::fsync(file.Get()) == 0 ? FileOutcome::kOk : OutcomeOf(errno);
+  }
+
   FileOutcome Lock(std::string_view path, int patience, std::unique_ptr<FileLock>& lock) override {
     const std::string name = NativePath(path);
     int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
     if (fd < 0 && errno == EACCES) fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);  // made by another user
-    if (fd < 0) return OutcomeOf(errno);
+    if (fd < 0) return IsRefused(errno) ? FileOutcome::kNoAccess : OutcomeOf(errno);
     auto held = std::make_unique<PosixLock>(fd);
     const std::int64_t end = Milliseconds() + patience;
     while (::flock(held->Get(), LOCK_EX | LOCK_NB) != 0) {

@@ -129,6 +129,13 @@ class FakeFiles final : public Files {
     return FileOutcome::kOk;
   }
 
+  FileOutcome WriteInPlace(std::string_view path, std::string_view content, const Precondition& precondition) override {
+    if (!contents.contains(path)) return FileOutcome::kNotThere;
+    if (!Holds(path, precondition)) return FileOutcome::kChanged;
+    contents[std::string(path)] = content;
+    return FileOutcome::kOk;
+  }
+
   FileOutcome Lock(std::string_view, int, std::unique_ptr<FileLock>& lock) override {
     if (failing == FakeStep::kLock) return failure;
     lock = std::make_unique<Held>(*this);

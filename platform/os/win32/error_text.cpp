@@ -13,6 +13,7 @@ DWORD ErrorOf(FileOutcome outcome) {
       return ERROR_SUCCESS;
     case FileOutcome::kNotThere:
       return ERROR_FILE_NOT_FOUND;
+    case FileOutcome::kNoAccess:
     case FileOutcome::kReadOnly:
       return ERROR_ACCESS_DENIED;
     case FileOutcome::kBusy:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "platform/os/paths.h"
 #include "platform/os/win32/handle.h"
@@ -148,6 +149,43 @@ FileOutcome WriteNew(const std::wstring& name, std::string_view content) {
   return file.Valid() ? WriteAll(file.Get(), content) : LastOutcome();
 }
 
+// What `name` leads to when it is a symbolic link, else itself; the link's own name where it leads nowhere.
+std::wstring Resolved(const std::wstring& name, DWORD attributes) {
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return name;
+  const Handle file(CreateFileW(name.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!file.Valid()) return name;
+  std::wstring real(GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
+  const DWORD length =
+      GetFinalPathNameByHandleW(file.Get(), real.data(), static_cast<DWORD>(real.size()), FILE_NAME_NORMALIZED);
+  if (length == 0 || length >= real.size()) return name;
+  real.resize(length);
+  return real;
+}
+
+// The file `name` in the folder of `path`.
+std::wstring BesidePath(const std::wstring& path, const std::wstring& name) {
+  return path.substr(0, path.rfind(L'\\') + 1) + name.substr(name.rfind(L'\\') + 1);
+}
+
+// Gives the file `to` the access list of `from`, and its owner where this user may. ReplaceFileW would, too, but takes
+// two renamings: a power cut between them leaves no file of that name. A file system without access lists has none to keep.
+void CopySecurity(const std::wstring& from, const std::wstring& to) {
+  constexpr SECURITY_INFORMATION kWanted = DACL_SECURITY_INFORMATION | OWNER_SECURITY_INFORMATION;
+  DWORD size = 0;
+  GetFileSecurityW(from.c_str(), kWanted, nullptr, 0, &size);
+  std::vector<char> bytes(size);
+  auto* descriptor = reinterpret_cast<PSECURITY_DESCRIPTOR>(bytes.data());
+  if (size == 0 || !GetFileSecurityW(from.c_str(), kWanted, descriptor, size, &size)) return;
+  SECURITY_DESCRIPTOR_CONTROL control = 0;
+  DWORD revision = 0;
+  // What was inherited goes on being so.
+  if (GetSecurityDescriptorControl(descriptor, &control, &revision) && (control & SE_DACL_AUTO_INHERITED) != 0)
+    SetSecurityDescriptorControl(descriptor, SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+  SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, descriptor);
+  SetFileSecurityW(to.c_str(), OWNER_SECURITY_INFORMATION, descriptor);
+}
+
 bool IsTaken(DWORD error) { return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS; }
 
 // Called first when the new file is there: from then on it is ours to remove.
@@ -274,18 +312,56 @@ class Win32Files final : public Files {
 
   FileOutcome ReplaceThrough(std::string_view beside, std::string_view path, std::string_view content,
                              const Precondition& precondition) override {
-    const std::wstring target = NativePath(path);
-    const std::wstring temporary = NativePath(beside);
-    const DWORD attributes = GetFileAttributesW(target.c_str());
+    const std::wstring named = NativePath(path);
+    const DWORD attributes = GetFileAttributesW(named.c_str());
+    const std::wstring target = Resolved(named, attributes);
+    const std::wstring temporary = target == named ? NativePath(beside) : BesidePath(target, NativePath(beside));
     if (IsFolder(attributes)) return FileOutcome::kFailed;
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
       return FileOutcome::kReadOnly;
 
     FileOutcome outcome = WriteNew(temporary, content);
     if (outcome == FileOutcome::kBusy) return outcome;  // the file beside it is another's
+    if (outcome == FileOutcome::kFailed && GetLastError() == ERROR_ACCESS_DENIED) return FileOutcome::kNoAccess;
+    if (outcome == FileOutcome::kOk && attributes != INVALID_FILE_ATTRIBUTES) CopySecurity(target, temporary);
     if (outcome == FileOutcome::kOk) outcome = MoveOver(path, temporary, target, precondition);
     if (outcome != FileOutcome::kOk) DeleteFileW(temporary.c_str());
     return outcome;
+  }
+
+  FileOutcome WriteInPlace(std::string_view path, std::string_view content,
+                           const Precondition& precondition) override {
+    const std::wstring name = NativePath(path);
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    if (IsFolder(attributes)) return FileOutcome::kFailed;
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) return FileOutcome::kReadOnly;
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    // Others may read it meanwhile, and neither write nor replace it.
+    const auto open = [&] {
+      handle = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+      return handle != INVALID_HANDLE_VALUE;
+    };
+    if (!Retry(kMovePatience, false, open))
+      return GetLastError() == ERROR_ACCESS_DENIED ? FileOutcome::kNoAccess : LastOutcome();
+    const Handle file(handle);
+    if (!Holds(path, precondition)) return FileOutcome::kChanged;
+    LARGE_INTEGER old{}, length{};
+    length.QuadPart = static_cast<LONGLONG>(content.size());
+    const auto setLength = [&](LARGE_INTEGER to) {
+      return SetFilePointerEx(file.Get(), to, nullptr, FILE_BEGIN) && SetEndOfFile(file.Get());
+    };
+    // Room first: a disk that is full leaves the file as it was.
+    if (!GetFileSizeEx(file.Get(), &old)) return LastOutcome();
+    if (length.QuadPart > old.QuadPart && !setLength(length)) {
+      const FileOutcome outcome = LastOutcome();
+      setLength(old);
+      return outcome;
+    }
+    if (!SetFilePointerEx(file.Get(), {}, nullptr, FILE_BEGIN)) return LastOutcome();
+    const FileOutcome outcome = WriteAll(file.Get(), content);
+    if (outcome != FileOutcome::kOk) return outcome;
+    return setLength(length) && FlushFileBuffers(file.Get()) ? FileOutcome::kOk : LastOutcome();
   }
 
   FileOutcome Lock(std::string_view path, int patience, std::unique_ptr<FileLock>& lock) override {
@@ -297,7 +373,18 @@ class Win32Files final : public Files {
                            FILE_ATTRIBUTE_NORMAL, nullptr);
       return handle != INVALID_HANDLE_VALUE;
     };
-    if (!Retry(static_cast<ULONGLONG>(patience), false, open)) return LastOutcome();
+    if (!Retry(static_cast<ULONGLONG>(patience), false, open)) {
+      if (GetLastError() != ERROR_ACCESS_DENIED) return LastOutcome();
+      // Another user's may be read only: held alone, that locks as well.
+      const auto openToRead = [&] {
+        handle = CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        return handle != INVALID_HANDLE_VALUE;
+      };
+      if (!Retry(static_cast<ULONGLONG>(patience), false, openToRead)) {
+        const FileOutcome outcome = LastOutcome();
+        return outcome == FileOutcome::kBusy ? outcome : FileOutcome::kNoAccess;
+      }
+    }
     lock = std::make_unique<Win32Lock>(Handle(handle));
     return FileOutcome::kOk;
   }
@@ -312,7 +399,8 @@ class Win32Files final : public Files {
       return !holds || MoveFileExW(temporary.c_str(), target.c_str(),
                                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
     };
-    if (!Retry(kMovePatience, true, move)) return LastOutcome();
+    if (!Retry(kMovePatience, true, move))
+      return GetLastError() == ERROR_ACCESS_DENIED ? FileOutcome::kNoAccess : LastOutcome();
     return holds ? FileOutcome::kOk : FileOutcome::kChanged;
   }
 };
