@@ -46,8 +46,14 @@ bool KeepReservationMail(CKovaDBSys& db, int number, const tagRESERVATION& reser
                          const std::vector<std::string>& wanted, const Sender& sender,
                          const std::string& outbox) {
   CString all, subject, body;
+  const std::string patient = text932::ToUtf8(GetText(reservation.patientCode));
+  const int filled = CKovaSubTools::FillReservationTemplate(&db, number, reservation, all, subject, body);
   // A reservation whose patient is not there, or allows no mail, needs none.
-  if (CKovaSubTools::FillReservationTemplate(&db, number, reservation, all, subject, body) == 0) return true;
+  if (filled == 0) return true;
+  if (filled != 1) {
+    std::fprintf(stderr, "patient %s: the template or the patient cannot be read\n", patient.c_str());
+    return false;
+  }
   const std::string to = Limited(all.GetString(), wanted);
   if (to.empty()) return true;
   const MailCommand mail = {to,
@@ -60,7 +66,6 @@ bool KeepReservationMail(CKovaDBSys& db, int number, const tagRESERVATION& reser
     KeepMail(mail, sender, outbox);
     return true;
   } catch (const CompanionError& error) {
-    const std::string patient = text932::ToUtf8(GetText(reservation.patientCode));
     std::fprintf(stderr, "patient %s: %s\n", patient.c_str(), error.what());
     return false;
   }

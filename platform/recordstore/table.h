@@ -1,6 +1,6 @@
 #pragma once
 
-// Table objects that are bound when they are made: `On<CSaleDB> sales(db);`.
+// Table objects that are bound when they are made: `On<CSaleDB> sales(db);`, and what their look-ups give.
 
 #include <type_traits>
 
@@ -25,5 +25,10 @@ class On : public Table {
   }
   explicit On(CKovaDBSys& db) : On(&db) {}
 };
+
+/// The result of a look-up whose record need not be there: 0 when there is none, too.
+[[nodiscard]] inline int FoundOrNone(int result) {
+  return result == static_cast<int>(Result::kNotFound) ? 0 : result;
+}
 
 }  // namespace kova::store

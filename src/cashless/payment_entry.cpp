@@ -56,7 +56,8 @@ int UseCashChanger(CashChanger& changer, unsigned option, const os::ApplicationP
   if (sale.changeAmount == 0 || !HasCashChanger(option, profile)) return 0;
   if (sale.changeAmount < 0 && profile.GetInt(kChangerSection, "CASHRETURN", 1) == 0) return 0;
   std::optional<std::string> method;
-  if (settings.Open().GetInt("GLOBAL", "CASHCHANGER_INIT", 1) == 0) method = methods.Read(sale.methodCode);
+  const bool isWanted = settings.Open().GetInt("GLOBAL", "CASHCHANGER_INIT", 1) == 0;
+  if (isWanted && !methods.Read(sale.methodCode, method)) return 0;
   return changer.Exchange(sale.changeAmount, method);
 }
 

@@ -80,8 +80,8 @@ bool HasCashChanger(unsigned option, const os::ApplicationProfile& profile);
 class PaymentMethods {
  public:
   virtual ~PaymentMethods() = default;
-  /// Nothing when there is no such method or it cannot be read.
-  virtual std::optional<std::string> Read(std::string_view code) = 0;
+  /// The method's name; nothing when there is no such method. False when that cannot be read.
+  [[nodiscard]] virtual bool Read(std::string_view code, std::optional<std::string>& name) = 0;
 };
 
 /// What of a sale matters to the changer.
@@ -92,7 +92,8 @@ struct ChangerSale {
 
 /// Passes a sale to the changer and gives its answer; 0 when it is not to be passed on: there is no changer,
 /// no change, or money to be returned where "CASHCHANGER"/"CASHRETURN" of the profile forbids it. The payment
-/// method is read only where "GLOBAL"/"CASHCHANGER_INIT" of the practice's settings is 0.
+/// method is read only where "GLOBAL"/"CASHCHANGER_INIT" of the practice's settings is 0; where that fails no money
+/// is moved, and the answer is 0, too.
 int UseCashChanger(CashChanger& changer, unsigned option, const os::ApplicationProfile& profile,
                    const foundation::SettingsStore& settings, const ChangerSale& sale,
                    PaymentMethods& methods);

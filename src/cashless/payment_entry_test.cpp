@@ -80,7 +80,10 @@ struct Changer final : CashChanger, PaymentMethods {
     log += std::to_string(amount) + " " + method.value_or("-");
     return 7;
   }
-  std::optional<std::string> Read(std::string_view code) override { return "method " + std::string(code); }
+  bool Read(std::string_view code, std::optional<std::string>& name) override {
+    if (code != "99") name = "method " + std::string(code);
+    return code != "99";
+  }
 };
 
 TEST(UseCashChanger, ChecksAndReadsInOrder) {
@@ -89,6 +92,7 @@ TEST(UseCashChanger, ChecksAndReadsInOrder) {
     int amount;
     std::string call, giveBack, init;  // empty: not set
     std::string log;
+    const char* method = "02";  // 99 cannot be read
   } rows[] = {
       {1, 300, "", "", "", "300 -"},
       {0, 300, "", "", "", ""},
@@ -98,6 +102,8 @@ TEST(UseCashChanger, ChecksAndReadsInOrder) {
       {1, -300, "", "0", "", ""},
       {1, -300, "", "1", "0", "-300 method 02"},
       {1, 300, "", "", "1", "300 -"},
+      {1, 300, "", "", "0", "", "99"},
+      {1, 300, "", "", "1", "300 -", "99"},
   };
   for (const auto& row : rows) {
     FakeFiles files;
@@ -109,7 +115,7 @@ TEST(UseCashChanger, ChecksAndReadsInOrder) {
     if (!row.init.empty())
       files.contents["D:\\GLOBALSETTING.ini"] = "[GLOBAL]\nCASHCHANGER_INIT=" + row.init + "\n";
     const foundation::SettingsStore settings(profile, files);
-    const int answer = UseCashChanger(changer, row.option, profile, settings, {row.amount, "02"}, changer);
+    const int answer = UseCashChanger(changer, row.option, profile, settings, {row.amount, row.method}, changer);
     EXPECT_EQ(changer.log, row.log) << row.amount;
     EXPECT_EQ(answer, row.log.empty() ? 0 : 7);
   }

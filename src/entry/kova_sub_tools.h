@@ -162,7 +162,8 @@ class KOVACOMDLG_API CKovaSubTools {
   /// The reservation was changed. "EMail"/"CONTACT": 0 sends it, 1 opens it as a draft, other: no mail.
   static int SendChangeConfirmMail(CKovaDBSys* db, tagRESERVATION reservation);
   /// The mail that template `number` makes of a reservation; sends nothing. 1 filled; 0 without the template
-  /// or the patient, and the texts are then untouched. `to` is empty when the patient gets no mail.
+  /// or the patient; -1 when whether they are there cannot be read. The texts are untouched unless filled. `to` is
+  /// empty when the patient gets no mail.
   static int FillReservationTemplate(CKovaDBSys* db, int number, tagRESERVATION reservation, CString& to,
                                      CString& subject, CString& body);
   /// Reads the reservation's patient through both tables, which are bound to a connection. Non-zero when both
@@ -253,10 +254,11 @@ class KOVACOMDLG_API CKovaSubTools {
   static int CreatePrintTmpOfSale(CKovaDBSys* db, const char* basePath, unsigned int flags,
                                   const char* saleNumber);
   /// Writes a patient's form data to the file `path`, with what the database that the application profile
-  /// names holds of the patient. 0 done; -1 the file could not be written, and is as it was.
+  /// names holds of the patient. 0 done; -1 the database or the settings could not be read or the file not written, which
+  /// is as it was.
   static long CreatePrintFile(tagPATIENTDB* patient, const CString& path);
   /// The same through the host's own connection, for who prints many: opening one takes longer than all the
-  /// rest. Null or closed: as if it held nothing of the patient.
+  /// rest. Null or closed: -1.
   static long CreatePrintFile(CKovaDBSys* db, tagPATIENTDB* patient, const CString& path);
   /// Fills `card` (printing/next_card.h) with the patient's next appointments, from that database. Gives
   /// their count, 0 to 4; -1, and the card is empty, when they cannot be read.

@@ -8,8 +8,9 @@
 #include "entry/payment_session.h"
 #include "entry/session.h"
 #include "platform/os/paths.h"
-#include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/table.h"
 #include "platform/toollib/tools.h"
+#include "records/masters.h"
 
 using namespace kova;
 using entry::Guarded;
@@ -24,12 +25,12 @@ class PaymentMethodTable final : public cashless::PaymentMethods {
  public:
   explicit PaymentMethodTable(CKovaDBSys* db) : db_(db) {}
 
-  std::optional<std::string> Read(std::string_view code) override {
-    CCategoryDB categories(nullptr, 0);
-    if (categories.SetAssociatedDB(db_) != 0 ||
-        categories.GetCategoryData("2", std::string(code).c_str()) != 0)
-      return std::nullopt;
-    return std::string(GetText(categories.record.name));
+  bool Read(std::string_view code, std::optional<std::string>& name) override {
+    store::On<CCategoryDB> categories(db_);
+    const std::string methods(records::kPaymentMethods);
+    const int result = categories.GetCategoryData(methods.c_str(), std::string(code).c_str());
+    if (result == 0) name = GetText(categories.record.name);
+    return store::FoundOrNone(result) == 0;
   }
 
  private:

@@ -142,12 +142,13 @@ int CKovaSubTools::SendChangeConfirmMail(CKovaDBSys* db, tagRESERVATION reservat
 
 int CKovaSubTools::FillReservationTemplate(CKovaDBSys* db, int number, tagRESERVATION reservation,
                                            CString& to, CString& subject, CString& body) {
-  return Guarded(0, [&] {
-    const auto filled = mail::FillForReservation(TemplateSession().templates, number, db, reservation,
-                                                 os::LocalTime(), mail::GuardianFallback::kGeneralWord);
-    if (!filled) return 0;
-    CString filledTo = WholeText(filled->to), filledSubject = WholeText(filled->subject);
-    body = WholeText(filled->body);
+  return Guarded(-1, [&] {
+    mail::FilledMail filled;
+    const auto outcome = mail::FillForReservation(TemplateSession().templates, number, db, reservation,
+                                                  os::LocalTime(), mail::GuardianFallback::kGeneralWord, filled);
+    if (outcome != mail::FillOutcome::kFilled) return outcome == mail::FillOutcome::kNothing ? 0 : -1;
+    CString filledTo = WholeText(filled.to), filledSubject = WholeText(filled.subject);
+    body = WholeText(filled.body);
     subject = std::move(filledSubject);
     to = std::move(filledTo);
     return 1;

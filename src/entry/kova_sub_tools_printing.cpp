@@ -85,8 +85,8 @@ long CKovaSubTools::CreatePrintFile(CKovaDBSys* db, tagPATIENTDB* patient, const
   return Guarded(static_cast<long>(kNotWritten), [&]() -> long {
     if (patient == nullptr || path.IsEmpty()) return kNotWritten;
     const Session session;
-    const printing::PatientForm form =
-        printing::ReadPatientForm(db, *patient, session.settings.Open(), os::LocalTime());
+    printing::PatientForm form;
+    if (!printing::ReadPatientForm(db, *patient, session.settings.Open(), os::LocalTime(), form)) return kNotWritten;
     const std::string bytes = printing::WritePrintData(printing::MakePatientData(form));
     return session.files.Replace(path.GetString(), bytes) == os::FileOutcome::kOk ? kDone : kNotWritten;
   });

@@ -15,8 +15,6 @@ using store::GetText;
 using store::PutText;
 
 
-int MissingIsBlank(int result) { return result == static_cast<int>(store::Result::kNotFound) ? 0 : result; }
-
 }  // namespace
 
 int ReservationsOfDay(CKovaDBSys* db, std::string_view date, std::vector<PreviewRow>& rows) {
@@ -28,7 +26,7 @@ int ReservationsOfDay(CKovaDBSys* db, std::string_view date, std::vector<Preview
   for (const tagRESERVATION& reservation : reservations) {
     const int found = patients.GetPatient1Data(std::string(GetText(reservation.patientCode)).c_str());
     rows.push_back({reservation, std::string(found == 0 ? records::ShownName(patients.record) : std::string_view())});
-    if (result == 0) result = MissingIsBlank(found);
+    if (result == 0) result = store::FoundOrNone(found);
   }
   if (result != 0) rows.clear();
   return result;
@@ -40,8 +38,8 @@ int PreviewFor(const MailTemplate& mailTemplate, TemplateRole role, CKovaDBSys* 
   store::On<CPatientDB> patient(db);
   store::On<CPatientDB2> contact(db);
   const std::string code(GetText(reservation.patientCode));
-  int result = MissingIsBlank(patient.GetPatient1Data(code.c_str()));
-  if (result == 0) result = MissingIsBlank(contact.GetPatient2Data(code.c_str()));
+  int result = store::FoundOrNone(patient.GetPatient1Data(code.c_str()));
+  if (result == 0) result = store::FoundOrNone(contact.GetPatient2Data(code.c_str()));
   mail = result == 0 ? FillMail(mailTemplate, reservation, patient.record, contact.record, now, FallbackOf(role))
                      : FilledMail();
   return result;

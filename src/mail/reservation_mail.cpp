@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "foundation/number_text.h"
+#include "platform/recordstore/table.h"
 #include "platform/text932/cp932.h"
 #include "platform/toollib/tools.h"
 
@@ -76,10 +77,12 @@ int Send(const MailDesk& desk, const RoleMail& roleMail, CKovaDBSys* db, const t
                           ? desk.settings.GetInt(kMailSection, "CONTACT", kContactByMail)
                           : kContactByMail;
   if (contact != kContactByMail && contact != kContactByDraft) return 0;
-  const auto filled = FillForReservation(desk.templates, foundation::ReadInteger(chosen), db, reservation,
-                                         desk.now, FallbackOf(roleMail.role));
-  if (!filled || filled->to.empty() || !IsConfirmed(desk, roleMail, filled->to)) return 0;
-  const OutgoingMail mail{filled->to, filled->subject, filled->body, GetText(reservation.patientCode),
+  FilledMail filled;
+  if (FillForReservation(desk.templates, foundation::ReadInteger(chosen), db, reservation, desk.now,
+                         FallbackOf(roleMail.role), filled) != FillOutcome::kFilled)
+    return 0;
+  if (filled.to.empty() || !IsConfirmed(desk, roleMail, filled.to)) return 0;
+  const OutgoingMail mail{filled.to, filled.subject, filled.body, GetText(reservation.patientCode),
                           GetText(reservation.staffId)};
   return ExecMail(desk.programs,
                   contact == kContactByDraft ? DraftMailCommand(mail, "") : SendMailCommand(mail));
@@ -93,13 +96,13 @@ GuardianFallback FallbackOf(TemplateRole role) {
                                                   : GuardianFallback::kGeneralWord;
 }
 
-bool ReadPatientOf(const tagRESERVATION& reservation, CBaseDBCall& table) {
+int ReadPatientOf(const tagRESERVATION& reservation, CBaseDBCall& table) {
   char key[sizeof reservation.patientCode]{};
   const std::string_view code = GetText(reservation.patientCode);
   std::memcpy(key, code.data(), code.size());
   (void)table.SetKey(0);
   table.SetKeyBuffer(key, sizeof key);
-  return table.GetEQ() == 0;
+  return table.GetEQ();
 }
 
 PlaceholderValues ValuesOf(const tagRESERVATION& reservation, const tagPATIENTDB& patient, const std::tm& now,
@@ -139,7 +142,7 @@ FilledMail FillMail(const MailTemplate& mailTemplate, const tagRESERVATION& rese
 }
 
 int SetAppoPatientInfo2(const tagRESERVATION& reservation, CPatientDB& patient, CPatientDB2& contact) {
-  const bool found = ReadPatientOf(reservation, patient) && ReadPatientOf(reservation, contact);
+  const bool found = ReadPatientOf(reservation, patient) == 0 && ReadPatientOf(reservation, contact) == 0;
   return found && contact.record.mailPermission != 0 ? 1 : 0;
 }
 
@@ -149,17 +152,22 @@ int SendRoleMail(const MailDesk& desk, TemplateRole role, CKovaDBSys* db, const 
   return roleMail == std::end(kRoleMails) ? 0 : Send(desk, *roleMail, db, reservation);
 }
 
-std::optional<FilledMail> FillForReservation(const TemplateStore& templates, int number, CKovaDBSys* db,
-                                             const tagRESERVATION& reservation, const std::tm& now,
-                                             GuardianFallback fallback) {
+FillOutcome FillForReservation(const TemplateStore& templates, int number, CKovaDBSys* db,
+                               const tagRESERVATION& reservation, const std::tm& now, GuardianFallback fallback,
+                               FilledMail& mail) {
   MailTemplate mailTemplate;
-  if (templates.Read(number, mailTemplate) != os::FileOutcome::kOk) return std::nullopt;
-  CPatientDB patient(nullptr, 0);
-  CPatientDB2 contact(nullptr, 0);
-  if (patient.SetAssociatedDB(db) != 0 || contact.SetAssociatedDB(db) != 0) return std::nullopt;
+  const os::FileOutcome taken = templates.Read(number, mailTemplate);
+  if (taken == os::FileOutcome::kNotThere) return FillOutcome::kNothing;
+  if (taken != os::FileOutcome::kOk) return FillOutcome::kUnreadable;
   const CKovaReads reads(db);
-  if (!ReadPatientOf(reservation, patient) || !ReadPatientOf(reservation, contact)) return std::nullopt;
-  return FillMail(mailTemplate, reservation, patient.record, contact.record, now, fallback);
+  store::On<CPatientDB> patient(db);
+  store::On<CPatientDB2> contact(db);
+  int result = ReadPatientOf(reservation, patient);
+  if (result == 0) result = ReadPatientOf(reservation, contact);
+  if (store::FoundOrNone(result) != 0) return FillOutcome::kUnreadable;
+  if (result != 0) return FillOutcome::kNothing;
+  mail = FillMail(mailTemplate, reservation, patient.record, contact.record, now, fallback);
+  return FillOutcome::kFilled;
 }
 
 }  // namespace kova::mail

@@ -23,9 +23,8 @@ enum class GuardianFallback { kGeneralWord, kNothing };
 /// What a role's mails say there.
 GuardianFallback FallbackOf(TemplateRole role);
 
-/// Reads the reservation's patient through one of the patient tables, bound to a connection; false when there
-/// is none.
-[[nodiscard]] bool ReadPatientOf(const tagRESERVATION& reservation, CBaseDBCall& table);
+/// Reads the reservation's patient through one of the patient tables, bound to a connection: the record store's result.
+[[nodiscard]] int ReadPatientOf(const tagRESERVATION& reservation, CBaseDBCall& table);
 
 /// The value of every placeholder.
 PlaceholderValues ValuesOf(const tagRESERVATION& reservation, const tagPATIENTDB& patient, const std::tm& now,
@@ -64,9 +63,15 @@ struct MailDesk {
 /// staff to finish, any other value: the patient is contacted in another way and no mail is made.
 int SendRoleMail(const MailDesk& desk, TemplateRole role, CKovaDBSys* db, const tagRESERVATION& reservation);
 
-/// Fills template `number` for a reservation without sending; nothing without the template or the patient.
-std::optional<FilledMail> FillForReservation(const TemplateStore& templates, int number, CKovaDBSys* db,
-                                             const tagRESERVATION& reservation, const std::tm& now,
-                                             GuardianFallback fallback);
+enum class [[nodiscard]] FillOutcome {
+  kFilled,
+  kNothing,     // there is no such template, or no such patient
+  kUnreadable,  // whether there is one cannot be read
+};
+
+/// Fills template `number` for a reservation without sending; `mail` is untouched unless kFilled.
+FillOutcome FillForReservation(const TemplateStore& templates, int number, CKovaDBSys* db,
+                               const tagRESERVATION& reservation, const std::tm& now, GuardianFallback fallback,
+                               FilledMail& mail);
 
 }  // namespace kova::mail

@@ -205,15 +205,21 @@ TEST_F(SendRoleMailTest, AsksWithTheAddressesAndFillsWithoutSending) {
             "以下のアドレスに予約変更の確認のメールを送信します。よろしいですか?\n\na@x\nb@x\nc@x");
   EXPECT_FALSE(programs.line.empty());
 
+  FilledMail filled;
   tagRESERVATION reservation{};
   const auto fill = [&](const char* patient, int number) {
     PutText(reservation.patientCode, patient);
-    return FillForReservation(templates, number, &db, reservation, kNow, GuardianFallback::kGeneralWord);
+    return FillForReservation(templates, number, &db, reservation, kNow, GuardianFallback::kGeneralWord, filled);
   };
-  const auto filled = fill("3", 6);  // allows no mail
-  ASSERT_TRUE(filled);
-  EXPECT_EQ(filled->to + "|" + filled->subject + "|" + filled->body, "|表|保護者.6");
-  EXPECT_FALSE(fill("4", 6) || fill("3", 5));
+  EXPECT_EQ(fill("4", 6), FillOutcome::kNothing);
+  EXPECT_EQ(fill("3", 5), FillOutcome::kNothing);
+  EXPECT_EQ(filled.body, "");
+  EXPECT_EQ(fill("3", 6), FillOutcome::kFilled);  // allows no mail
+  EXPECT_EQ(filled.to + "|" + filled.subject + "|" + filled.body, "|表|保護者.6");
+  files.contents.at("T\\0008.$mt") = "\x01";
+  EXPECT_EQ(fill("3", 8), FillOutcome::kUnreadable);
+  store::testing::FailReads(db, "patient2");
+  EXPECT_EQ(fill("3", 6), FillOutcome::kUnreadable);
 }
 
 template <typename Table, typename Record>

@@ -109,11 +109,11 @@ void PutAppointments(const _NEXTCARDDATA& next, Keys& keys) {
 
 }  // namespace
 
-PatientForm ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient,
-                            const foundation::SettingsSnapshot& settings, const std::tm& now) {
+bool ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient, const foundation::SettingsSnapshot& settings,
+                     const std::tm& now, PatientForm& form) {
+  if (!settings.IsReadable()) return false;
   const CKovaReads reads(db);
   MasterNames names(db);
-  PatientForm form;
   form.patient = patient;
   form.now = now;
   form.clinicName = settings.GetString("GLOBAL", "ClinicName", "");
@@ -126,8 +126,8 @@ PatientForm ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient,
   }
   form.doctor = names.Doctor(GetText(patient.doctorCode));
   form.insuranceType = names.Category(records::kInsuranceTypes, GetText(patient.insuranceTypeCode));
-  (void)LoadNextAppointments(db, GetText(patient.patientCode), now, names, form.next);
-  return form;
+  const int next = LoadNextAppointments(db, GetText(patient.patientCode), now, names, form.next);
+  return next >= 0 && names.Failure() == 0;
 }
 
 PrintData MakePatientData(const PatientForm& form) {

@@ -22,9 +22,9 @@ struct PatientForm {
   _NEXTCARDDATA next{};
 };
 
-/// Reads what belongs to the patient. What is missing or cannot be read is empty.
-PatientForm ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient,
-                            const foundation::SettingsSnapshot& settings, const std::tm& now);
+/// Reads what belongs to the patient; what is not there is empty. False when some of it cannot be read.
+[[nodiscard]] bool ReadPatientForm(CKovaDBSys* db, const tagPATIENTDB& patient,
+                                   const foundation::SettingsSnapshot& settings, const std::tm& now, PatientForm& form);
 
 /// What the file says; docs/receipts.md has the field behind each key.
 PrintData MakePatientData(const PatientForm& form);

@@ -5,6 +5,7 @@
 #include "charges/rounding.h"
 #include "charges/tax_periods.h"
 #include "charges/yen.h"
+#include "platform/recordstore/table.h"
 
 namespace kova::reservations {
 namespace {
@@ -14,14 +15,12 @@ using store::PutText;
 
 constexpr int Code(store::Result result) { return static_cast<int>(result); }
 
-int NotFoundIsNone(int result) { return result == Code(store::Result::kNotFound) ? 0 : result; }
-
 // The look-ups of a credit item go by its own codes, cut out of the request's fields. Each gives the record store's result;
 // one that is not found is none, and no failure.
 int ReadCategory(CCreditCategoryDB& table, const tagFEEREQUEST& request, std::optional<FeeCategory>& category) {
   const int read = table.GetCreditCategoryData(std::string(GetText(request.categoryCode)).c_str());
   if (read == 0) category = FeeCategory{table.record.reducedRate != 0, table.record.taxType[0]};
-  return NotFoundIsNone(read);
+  return store::FoundOrNone(read);
 }
 
 int ReadItem(CCreditItemDB& table, const tagFEEREQUEST& request, std::optional<FeeItem>& item) {
@@ -29,7 +28,7 @@ int ReadItem(CCreditItemDB& table, const tagFEEREQUEST& request, std::optional<F
   const std::string itemCode(GetText(request.itemCode));
   const int read = table.GetCreditItemData(categoryCode.c_str(), itemCode.c_str());
   if (read == 0) item = FeeItem{table.record.reducedRate != 0, std::string(GetText(table.record.name))};
-  return NotFoundIsNone(read);
+  return store::FoundOrNone(read);
 }
 
 int TaxModeOf(const tagFEEREQUEST& request, const FeeTaxRules& rules,

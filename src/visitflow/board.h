@@ -74,8 +74,14 @@ std::string TipOf(const DayRow& row, MinuteOfDay now);
 Board PlaceRows(const std::vector<DayRow>& rows, const std::vector<Stage>& stages, bool hours24,
                 MinuteOfDay now);
 
-/// The stages of the practice; retired ones left out. Empty also when the table cannot be read.
-std::vector<Stage> ReadStages(CKovaDBSys* db);
+/// What a read of the stages gave.
+struct StagesRead {
+  int result = 0;  // the record store's; the stages count only when 0
+  std::vector<Stage> stages;
+};
+
+/// The stages of the practice; retired ones left out.
+StagesRead ReadStages(CKovaDBSys* db);
 
 /// What a read of the day gave.
 struct DayRead {

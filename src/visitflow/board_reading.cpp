@@ -46,16 +46,16 @@ int ReadRows(CKovaDBSys* db, std::string_view date, std::vector<DayRow>& rows) {
 
 }  // namespace
 
-std::vector<Stage> ReadStages(CKovaDBSys* db) {
+StagesRead ReadStages(CKovaDBSys* db) {
   const CKovaReads reads(db);
   store::On<CCategoryDB> table(db);
-  std::vector<Stage> stages;
-  const int result =
+  StagesRead read;
+  read.result =
       store::Walk(table, CCategoryDB::Key::InListOrder, {records::kStages}, [&](const tagCATEGORY& stage) {
         if (records::IsRetired(GetText(stage.marker))) return;
-        stages.push_back({foundation::ReadInteger(GetText(stage.code)), std::string(GetText(stage.name))});
+        read.stages.push_back({foundation::ReadInteger(GetText(stage.code)), std::string(GetText(stage.name))});
       });
-  return result == 0 ? stages : std::vector<Stage>();
+  return read;
 }
 
 DayRead ReadDay(CKovaDBSys* db, std::string_view date) {

@@ -55,8 +55,16 @@ BoardSession::BoardSession(BoardDesk desk, std::string date)
 
 void BoardSession::Open() {
   hours24_ = desk_.settings.Open().GetInt("MENTE", "Show12or24", 1) == 1;
-  stages_ = ReadStages(desk_.db);
   Read();
+  isOpened_ = true;
+}
+
+// A board without its stages would let a move pass them by, so it shows nobody until they are read.
+bool BoardSession::HasStages() {
+  if (hasStages_) return true;
+  StagesRead read = ReadStages(desk_.db);
+  if (read.result == 0) stages_ = std::move(read.stages);
+  return hasStages_ = read.result == 0;
 }
 
 std::optional<std::tm> BoardSession::Now() const { return desk_.clock ? desk_.clock() : std::nullopt; }
@@ -74,7 +82,7 @@ bool BoardSession::Refresh() {
 
 // The stamp is read first: what changes in between is read again at the next tick.
 bool BoardSession::Read() {
-  const bool wasLost = stamp_.empty() && !lastGood_.empty();
+  const bool wasLost = stamp_.empty() && isOpened_;
   if (wasLost && desk_.reconnect) desk_.reconnect();
   std::string stamp;
   return ReadOf(ReadBoardStamp(desk_.db, stamp) ? stamp : "");
@@ -82,7 +90,7 @@ bool BoardSession::Read() {
 
 bool BoardSession::ReadOf(const std::string& stamp) {
   DayRead day;
-  const bool isConnected = !stamp.empty() && (day = ReadDay(desk_.db, date_)).result == 0;
+  const bool isConnected = !stamp.empty() && HasStages() && (day = ReadDay(desk_.db, date_)).result == 0;
   stamp_ = isConnected ? stamp : "";
   ShowStatus(isConnected);
   if (!isConnected) return false;

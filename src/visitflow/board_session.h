@@ -39,11 +39,12 @@ class BoardSession {
  public:
   BoardSession(BoardDesk desk, std::string date);
 
-  /// Reads the settings and the stages, which stay as they are then, and the day for the first time. Where
-  /// there is no database the lists are empty and StatusLine says so.
+  /// Reads the settings, the stages and the day for the first time. Where that fails the lists are empty and
+  /// StatusLine says so.
   void Open();
 
   const std::string& Date() const { return date_; }
+  /// Empty until they could be read, and for a practice that has none; once read they stay as they are.
   const std::vector<Stage>& Stages() const { return stages_; }
   const Board& Shown() const { return board_; }
 
@@ -72,6 +73,7 @@ class BoardSession {
  private:
   bool Read();
   bool ReadOf(const std::string& stamp);  // the day, whose stamp was just looked at; empty when that failed
+  bool HasStages();
   bool PlaceAgain();
   void ShowStatus(bool isConnected);
   std::optional<std::tm> Now() const;
@@ -83,6 +85,8 @@ class BoardSession {
   std::string date_;
   bool hours24_ = true;
   std::vector<Stage> stages_;
+  bool hasStages_ = false;    // stages_ is what the practice has
+  bool isOpened_ = false;
   std::vector<DayRow> rows_;  // as read last
   std::string stamp_;         // of that reading; empty when the next tick must read
   MinuteOfDay placedAt_ = -1;

@@ -49,8 +49,6 @@ int MakeSale(CKovaDBSys* db, const foundation::SettingsSnapshot& settings, tagRE
   return result;
 }
 
-int NothingToDelete(int result) { return result == Code(Result::kNotFound) ? 0 : result; }
-
 /// Result Receipted when a receipt was given for one of them.
 int DeleteCharges(CKovaDBSys* db, const tagRESERVATION& reservation) {
   store::On<CChargeDB> charges(db);
@@ -60,7 +58,7 @@ int DeleteCharges(CKovaDBSys* db, const tagRESERVATION& reservation) {
     result = charges.GetEQ();
     if (result == 0) result = charges.Delete(0);
   }
-  return NothingToDelete(result);
+  return store::FoundOrNone(result);
 }
 
 /// The sale, its items and its charges; the number of the sale is gone then.
@@ -71,7 +69,7 @@ int DeleteSale(CKovaDBSys* db, tagRESERVATION& reservation) {
   int result = DeleteCharges(db, reservation);
   if (result == 0) {
     result = sales.GetSaleData(number.c_str());
-    result = result == 0 ? sales.Delete(1) : NothingToDelete(result);
+    result = result == 0 ? sales.Delete(1) : store::FoundOrNone(result);
   }
   PutText(reservation.saleNumber, "");
   return result;

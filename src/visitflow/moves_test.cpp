@@ -9,6 +9,7 @@
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/table.h"
+#include "platform/recordstore/testing/failing_reads.h"
 #include "visitflow/board_session.h"
 #include "visitflow/testing/board_text.h"
 #include "visitflow/testing/small_practice.h"
@@ -186,6 +187,19 @@ TEST_F(VisitFlow, TicksReadOnlyWhatChanged) {
   EXPECT_TRUE(session.Tick()) << "the tips";
   EXPECT_EQ(session.Shown().staged[0].tip, "予約 09:00\n移動 09:05\nこの段階 1 分");
   EXPECT_FALSE(session.Tick());
+}
+
+// A practice whose stages cannot be read is not one without stages.
+TEST_F(VisitFlow, ShowsNobodyUntilTheStagesAreRead) {
+  store::testing::FailReads(db_, "category");
+  BoardSession session = MakeSession();
+  session.Open();
+  EXPECT_EQ(Shown(session), "before: | done:");
+  EXPECT_EQ(session.StatusLine(), "データベースに接続できません。");
+  isBack_ = true;
+  EXPECT_TRUE(session.Tick());
+  EXPECT_EQ(Shown(session), "before: 1 2 | A: | B: 3 | done:");
+  EXPECT_EQ(session.StatusLine(), "");
 }
 
 TEST_F(VisitFlow, AVanishedDatabaseKeepsTheBoardAndComesBack) {

@@ -297,6 +297,29 @@ TEST_F(VisitFlowWindow, TwoHostsOnOnePractice) {
   ExpectBothMoved();
 }
 
+TEST_F(VisitFlowWindow, OpensOnADatabaseThatCannotBeOpenedYet) {
+  AddDay();
+  const auto file = practice_.Native() / (Environment("KOVA_SERVER_KIND").empty() ? "INDEXCONTROL.BTR" : "kova.server");
+  auto away = file;
+  away += ".away";
+  std::filesystem::rename(file, away);
+  Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); },
+       [&] {
+         HWND board = Dialog(kTitle);
+         EXPECT_EQ(Shown(Item(board, Board::kStatus)), "データベースに接続できません。");
+         EXPECT_FALSE(IsWindowVisible(Item(board, Board::kStagedList)));
+         std::filesystem::rename(away, file);
+         Press(board, Board::kRefresh);
+         WaitForRows(board, 4, 2, 1);
+         EXPECT_TRUE(IsWindowVisible(Item(board, Board::kStagedList)));
+         EXPECT_EQ(Shown(Item(board, Board::kStatus)), "");
+         EXPECT_EQ(Faults(board), "");
+         Photograph(board, "board_late_stages");
+         Press(board, IDCANCEL);
+         WaitUntilClosed(board);
+       });
+}
+
 TEST_F(VisitFlowWindow, HasTwoListsWithoutStagesAndRefusesHalfADate) {
   AddVisit(1, "山田　表太郎", "07", "930");
   EXPECT_EQ(CKovaComDlg::OpenVisitFlowDialog("2024112"), -1);

@@ -51,6 +51,7 @@ BoardDesk With(BoardDesk desk, foundation::Prompts& prompts) {
 CVisitFlowDlg::CVisitFlowDlg(const BoardDesk& desk, std::string date)
     : Dialog("来院の流れ", {0, 0}), desk_(desk), session_(With(desk, prompts_), std::move(date)) {
   session_.Open();
+  stages_ = session_.Stages();
   Prefer({0, 560});
 }
 
@@ -73,11 +74,14 @@ void CVisitFlowDlg::AddControls() {
   AddCheckBox(kAuto, "自動(&A)");
   AddLabel(kStatus, " ");
   AddButton(kClose, "閉じる(&C)");
-  if (!session_.Stages().empty()) return;
-  for (const int hidden :
+  ShowStageControls();
+}
+
+void CVisitFlowDlg::ShowStageControls() {
+  for (const int control :
        {IdOf(BoardButton::kStageToBefore), int{kStagedCount}, int{kStagedList}, IdOf(BoardButton::kStageBack),
         IdOf(BoardButton::kStageForward), IdOf(BoardButton::kStageToFinished)})
-    ShowWindow(Item(hidden), SW_HIDE);
+    ShowWindow(Item(control), stages_.empty() ? SW_HIDE : SW_SHOWNA);
 }
 
 Box CVisitFlowDlg::ListBox(int count, int list, int columns) const {
@@ -93,11 +97,11 @@ Box CVisitFlowDlg::Arrange() const {
   Box before = ListBox(kBeforeCount, kBeforeList, 1).Stretch();
   Box finished = ListBox(kFinishedCount, kFinishedList, 1).Stretch();
   Box lists;
-  if (session_.Stages().empty()) {
+  if (stages_.empty()) {
     lists = Row(gap, {std::move(before), between(BoardButton::kBeforeToNext, BoardButton::kFinishedBack),
                       std::move(finished)});
   } else {
-    const int shown = StagesAtOnce(session_.Stages().size());
+    const int shown = StagesAtOnce(stages_.size());
     Box staged = Column(gap, {ListBox(kStagedCount, kStagedList, shown).Stretch(),
                               Row(gap, {Space(0, 0).Stretch(), button(BoardButton::kStageBack),
                                         button(BoardButton::kStageForward), Space(0, 0).Stretch()})})
@@ -117,8 +121,7 @@ Size CVisitFlowDlg::SmallestFrame() const { return first_.width > 0 ? first_ : D
 void CVisitFlowDlg::OnStart() {
   AddColumns();
   ShowText(kDate, DateText(session_.Date()));
-  RECT frame{};
-  GetWindowRect(Handle(), &frame);
+  const RECT frame = Frame();
   first_ = {frame.right - frame.left, frame.bottom - frame.top};
   UseStoredSize();
   Show();
@@ -133,9 +136,31 @@ void CVisitFlowDlg::OnStart() {
 void CVisitFlowDlg::AddColumns() {
   before_.Attach(Item(kBeforeList), {{"来院前", Dip(kColumnWidth)}});
   finished_.Attach(Item(kFinishedList), {{"会計終了", Dip(kColumnWidth)}});
-  std::vector<window::ListColumn> stages;
-  for (const Stage& stage : session_.Stages()) stages.push_back({stage.name, Dip(kColumnWidth)});
-  staged_.Attach(Item(kStagedList), stages);
+  AddStages();
+}
+
+void CVisitFlowDlg::AddStages() {
+  std::vector<window::ListColumn> columns;
+  for (const Stage& stage : stages_) columns.push_back({stage.name, Dip(kColumnWidth)});
+  staged_.Attach(Item(kStagedList), columns);
+}
+
+// They could not be read when the window was opened.
+void CVisitFlowDlg::UseStages() {
+  stages_ = session_.Stages();
+  AddStages();
+  ShowStageControls();
+  first_ = PreferredFrame();
+  RECT frame = Frame();
+  SetWindowPos(Handle(), nullptr, 0, 0, std::max<int>(first_.width, frame.right - frame.left),
+               std::max<int>(first_.height, frame.bottom - frame.top), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ArrangeAgain();
+}
+
+RECT CVisitFlowDlg::Frame() const {
+  RECT frame{};
+  GetWindowRect(Handle(), &frame);
+  return frame;
 }
 
 void CVisitFlowDlg::UseStoredSize() {
@@ -196,6 +221,7 @@ void CVisitFlowDlg::Move(BoardButton button, BoardList from) {
 }
 
 void CVisitFlowDlg::Show() {
+  if (stages_ != session_.Stages()) UseStages();
   const Board& board = session_.Shown();
   before_.Show(board.before);
   staged_.Show(board.staged);
@@ -293,7 +319,7 @@ std::optional<BoardButton> CVisitFlowDlg::DropButton(POINT at) const {
     SendMessageW(header, HDM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
     stage = hit.iItem;
   }
-  return ButtonForDrop(drag_->from, drag_->stage, *to, stage, !session_.Stages().empty());
+  return ButtonForDrop(drag_->from, drag_->stage, *to, stage, !stages_.empty());
 }
 
 BoardListView& CVisitFlowDlg::View(BoardList list) {
@@ -309,8 +335,7 @@ std::optional<BoardList> CVisitFlowDlg::ListOf(HWND window) const {
 }
 
 void CVisitFlowDlg::OnCancel() {
-  RECT frame{};
-  GetWindowRect(Handle(), &frame);
+  const RECT frame = Frame();
   (void)desk_.settings.SetInt(kSection, "VisitFlowWindowWidth", frame.right - frame.left);
   (void)desk_.settings.SetInt(kSection, "VisitFlowWindowHeight", frame.bottom - frame.top);
   Close(IDCANCEL);

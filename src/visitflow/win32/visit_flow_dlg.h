@@ -55,6 +55,10 @@ class CVisitFlowDlg final : public window::Dialog {
   window::Box ListBox(int count, int list, int columns) const;
   void UseStoredSize();
   void AddColumns();
+  void AddStages();
+  void UseStages();
+  void ShowStageControls();
+  RECT Frame() const;
   void Show();
   void ShowEnabled();
   void Move(BoardButton button, BoardList from);
@@ -71,6 +75,7 @@ class CVisitFlowDlg final : public window::Dialog {
   BoardListView before_;
   BoardListView staged_;
   BoardListView finished_;
+  std::vector<Stage> stages_;  // that the window is arranged for
   window::Size first_;  // the outer size at creation: the smallest, and the default of the stored one
   std::optional<Drag> drag_;
 };
