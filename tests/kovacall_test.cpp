@@ -187,6 +187,15 @@ TEST_F(Kovacall, KeepsRecordsInJapanese) {
   ExpectOut({"set", "category", "5", "30", "name=x"}, "1\n");
   ExpectOut({"delete", "category", "classCode=5", "code=20"}, "0\n");
   ExpectOut({"delete", "category", "5", "20"}, "1\n");
+  const std::vector<std::string> history = Split(Call({"history", "category", "5", "20"}).out, '\n');
+  ASSERT_EQ(history.size(), 3U);
+  const std::vector<std::string> was = Split(history[1], '\t'), then = Split(history[2], '\t');
+  EXPECT_EQ(was.at(0) + was.at(3) + was.at(6), "1overwritten" + name);
+  EXPECT_EQ(then.at(0) + then.at(3) + then.at(6), "2deletedx");
+  ExpectOut({"bring-back", "category", "1"}, "0\n");
+  EXPECT_NE(Call({"history", "category", "5", "20"}).out.find("\nnow\t\t\t\t5\t20\t" + name), std::string::npos);
+  ExpectOut({"bring-back", "category", "9"}, "1\n");
+  ExpectOut({"delete", "category", "5", "20"}, "0\n");
   ExpectOut({"dump", "category"}, title + "5\t10\t\t03\t\n");
   ExpectOut({"check-db"}, "0\n");
 }

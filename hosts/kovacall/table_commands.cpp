@@ -1,12 +1,15 @@
 #include "hosts/kovacall/table_commands.h"
 
 #include <cstring>
+#include <ctime>
 #include <iostream>
 #include <limits>
 
 #include "hosts/console/console.h"
 #include "hosts/kovacall/any_table.h"
 #include "hosts/kovacall/table_page.h"
+#include "platform/recordstore/journal.h"
+#include "platform/text932/cp932.h"
 
 namespace kova::hosts {
 namespace {
@@ -212,6 +215,42 @@ void Delete(const Arguments& arguments, Practice& practice) {
   PrintResult(result != 0 ? result : table.Delete());
 }
 
+// ---- what records were
+
+std::string LocalTimeText(long long seconds) {
+  const auto time = static_cast<std::time_t>(seconds);
+  char text[32] = "";
+  if (const std::tm* local = std::localtime(&time)) std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", local);
+  return text;
+}
+
+void History(const Arguments& arguments, Practice& practice) {
+  const TableDef& def = TableArgument(arguments);
+  const KeyedArguments wanted = SplitKey(def, arguments);
+  if (!wanted.assignments.empty()) throw UsageError("takes the primary key only");
+  std::vector<store::JournalEntry> history;
+  AnyTable table(def);
+  Bind(table, practice);
+  const int now = Find(table, wanted);
+  int result = now == static_cast<int>(Result::kNotFound) ? 0 : now;
+  if (result == 0) result = store::ReadHistory(practice.Database(), def.id, wanted.record.data(), history);
+  if (result != 0) return PrintResult(result);
+  std::vector<const FieldDef*> fields;
+  for (const FieldDef& field : def.fields) fields.push_back(&field);
+  Print("entry\ttime\tworkstation\tdeed\t" + Joined(fields, nullptr));
+  for (const store::JournalEntry& entry : history)
+    Print(std::to_string(entry.number) + "\t" + LocalTimeText(entry.time) + "\t" +
+          ShowControls(text932::ToUtf8(entry.workstation)) + "\t" + (entry.isDeleted ? "deleted" : "overwritten") + "\t" +
+          Joined(fields, entry.record.data()));
+  if (now == 0) Print("now\t\t\t\t" + Joined(fields, table.Record()));
+}
+
+void BringBack(const Arguments& arguments, Practice& practice) {
+  const TableDef& def = TableArgument(arguments);
+  if (arguments.size() != 2) throw UsageError("takes a table and the number of an entry of its history");
+  PrintResult(store::BringBack(practice.Database(), def.id, NumberArgument(arguments[1], "the entry", 1, kMost)));
+}
+
 // ---- the database as a whole
 
 std::string FolderArgument(const Arguments& arguments) {
@@ -298,6 +337,10 @@ const std::vector<TableCommand>& TableCommands() {
       {"put", "TABLE field=value...", "inserts a record; prints its primary key", &Put},
       {"set", "TABLE KEY... field=value...", "changes fields of the record with that primary key", &Set},
       {"delete", "TABLE KEY...", "deletes the one record with that primary key", &Delete},
+      {"history", "TABLE KEY...",
+       "what the record with that primary key was before each overwriting and deletion of the last month, and what it is now",
+       &History},
+      {"bring-back", "TABLE ENTRY", "makes a record again what it was at an entry of its history", &BringBack},
       {"create-db", "FOLDER", "lays out an empty database", &CreateDb},
       {"upgrade-db", "FOLDER", "brings the tables of an older program on a server to this one's layout", &UpgradeDb},
       {"server-rights", "FOLDER", "prints the script of the rights that workstations need on the server", &ServerRights},

@@ -58,6 +58,26 @@ std::vector<TableDef> MakeTables() {
   return tables;
 }
 
+std::vector<TableDef> MakeJournals() {
+  static std::vector<std::string> names;
+  names.reserve(AllTables().size());  // the definitions point at them
+  std::vector<TableDef> journals;
+  for (const TableDef& table : AllTables()) {
+    names.push_back("journal_" + std::string(table.name));
+    TableDef journal = table;
+    journal.name = names.back();
+    journal.part = names.back();
+    journal.keys.clear();
+    journal.exactSize = table.recordSize;
+    for (const auto& [name, width] : {std::pair("seconds", 24), {"workstation", 64}, {"deed", 8}}) {
+      AddField(journal.fields, name, FieldKind::kText, journal.recordSize, static_cast<std::size_t>(width), 1, "");
+      journal.recordSize += static_cast<std::size_t>(width);
+    }
+    journals.push_back(std::move(journal));
+  }
+  return journals;
+}
+
 }  // namespace
 
 int TableDef::FindKey(int number) const {
@@ -80,6 +100,11 @@ std::span<const TableDef> AllTables() {
 }
 
 const TableDef& GetTable(TableId id) { return AllTables()[static_cast<std::size_t>(id)]; }
+
+const TableDef& JournalOf(TableId table) {
+  static const std::vector<TableDef> journals = MakeJournals();
+  return journals[static_cast<std::size_t>(table)];
+}
 
 const TableDef* FindTable(std::string_view name) {
   for (const TableDef& table : AllTables()) {

@@ -43,8 +43,10 @@ struct TableDef {
   std::size_t recordSize;
   std::vector<FieldDef> fields;
   std::vector<KeyDef> keys;  ///< the first is the primary key, number 0
-  std::string part =
-      {};  ///< of PartOfTable: table and fields, the same for the same part; empty for all fields
+  /// Names a definition that is not a table's own: of PartOfTable, table and fields; of JournalOf, the journal.
+  std::string part = {};
+  /// The record's bytes that are stored beside its columns, as far as they are; the fields behind have none.
+  std::size_t exactSize = recordSize;
 
   /// The key of that number, as an index into `keys`; -1 when there is none.
   KOVADBCALL_API int FindKey(int number) const;
@@ -61,6 +63,11 @@ KOVADBCALL_API const TableDef* FindTable(std::string_view name);
 /// The table with some of its fields, by name with blanks between, and those of its keys. Its records are as
 /// long, with zeros for the fields that are left out. Nothing when it has no field of a name.
 std::optional<TableDef> PartOfTable(const TableDef& table, std::string_view names);
+
+/// The journal of a table: what its records were before each overwriting and deletion. A record of it is the table's
+/// and, behind that, the three fields `seconds` (since 1970), `workstation` and `deed` ("u" overwritten, "d" deleted).
+/// Its ids count the entries up; it has no keys.
+KOVADBCALL_API const TableDef& JournalOf(TableId table);
 
 /// The key bytes of a record: each field up to its terminator, zero-filled to its width; then trailing zeros
 /// are dropped, which changes no comparison.

@@ -5,6 +5,10 @@ namespace {
 
 std::string KeyName(const KeyDef& key) { return "key" + std::to_string(key.number); }
 
+std::string JournalName(const SqlForm& form, const TableDef& table) { return form.Name(JournalOf(table.id).name); }
+
+constexpr std::string_view kMonth = "2592000";  // seconds
+
 }  // namespace
 
 std::string KeyColumn(const SqlForm& form, const KeyDef& key) { return form.Name(KeyName(key)); }
@@ -57,6 +61,30 @@ std::string SelectByIdSql(const SqlForm& form, const TableDef& table) {
 
 std::string SelectInOrderSql(const SqlForm& form, const TableDef& table) {
   return SelectSql(form, table) + " WHERE id > ? ORDER BY id LIMIT ?";
+}
+
+std::string JournalSql(const SqlForm& form, const TableDef& table, std::string_view id, std::string_view workstation,
+                       std::string_view deed) {
+  const std::string name = JournalName(form, table);
+  std::string fields;
+  for (const FieldDef& field : table.fields) fields += ", " + form.Name(field.name);
+  std::string sql = "INSERT INTO " + name + " (id, " + form.Name("seconds") + ", " + form.Name("workstation") + ", " +
+                    form.Name("deed") + ", exact" + fields + ") SELECT (SELECT COALESCE(MAX(id), 0) + 1 FROM " + name +
+                    "), CAST(" + form.NowSql() + " AS " + form.TextType() + "), ";
+  sql.append(workstation).append(", '").append(deed).append("', exact").append(fields).append(" FROM ");
+  return sql.append(form.Name(table.name)).append(" WHERE id = ").append(id);
+}
+
+std::string ForgetOldSql(const SqlForm& form, const TableDef& table) {
+  const std::string name = JournalName(form, table);
+  return "DELETE FROM " + name + " WHERE id <= (SELECT second FROM (SELECT MIN(id) + 1 AS second FROM " + name +
+         ") AS oldest) AND " + form.Name("seconds") + " < CAST(" + form.NowSql() + " - " + std::string(kMonth) + " AS " +
+         form.TextType() + ")";
+}
+
+std::string ForgetLastSql(const SqlForm& form, const TableDef& table) {
+  const std::string name = JournalName(form, table);
+  return "DELETE FROM " + name + " WHERE id = (SELECT last FROM (SELECT MAX(id) AS last FROM " + name + ") AS newest)";
 }
 
 std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward) {

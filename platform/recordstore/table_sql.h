@@ -31,6 +31,9 @@ class SqlForm {
   virtual std::string TableOptions() const { return {}; }
   /// True where every index holds the records' ids without being told.
   virtual bool IndexesHoldIds() const { return true; }
+  virtual std::string TextType() const { return "TEXT"; }
+  /// The database's clock, in seconds since 1970.
+  virtual std::string NowSql() const { return "CAST(strftime('%s', 'now') AS INTEGER)"; }
   /// Behind an insertion, so that a primary key that exists already inserts nothing instead of failing.
   virtual std::string OrNothing() const { return {}; }
 };
@@ -47,6 +50,15 @@ std::string SelectSql(const SqlForm& form, const TableDef& table);
 std::string SelectByIdSql(const SqlForm& form, const TableDef& table);
 /// Parameters: the id that they are behind, the limit.
 std::string SelectInOrderSql(const SqlForm& form, const TableDef& table);
+/// Enters the record of `id` into its table's journal, as one that is overwritten ("u") or deleted ("d"): `id` and
+/// `workstation` are expressions. Nothing is entered for a record that is not there.
+std::string JournalSql(const SqlForm& form, const TableDef& table, std::string_view id, std::string_view workstation,
+                       std::string_view deed);
+/// Forgets the oldest one or two entries of a table's journal where they are older than a month: of a journal that this
+/// follows each entry into, none is kept for long beyond that.
+std::string ForgetOldSql(const SqlForm& form, const TableDef& table);
+/// Takes the last entry back.
+std::string ForgetLastSql(const SqlForm& form, const TableDef& table);
 std::string KeyColumn(const SqlForm& form, const KeyDef& key);
 /// The order of the key and its opposite; begins with a blank.
 std::string OrderSql(const SqlForm& form, const KeyDef& key, bool forward);

@@ -17,6 +17,7 @@
 #include "platform/os/testing/temporary_folder.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
+#include "platform/recordstore/journal.h"
 #include "platform/recordstore/table.h"
 #include "tests/child_process.h"
 #include "tests/recordstore/failing_vfs.h"
@@ -113,6 +114,34 @@ TEST(RecordStoreFaults, OfTwoWhoMakeADatabaseOneDoesAndBothHaveIt) {
   }
 }
 
+TEST(RecordStoreFaults, JournalsForgetWhatIsOlderThanAMonth) {
+  const os::testing::TemporaryFolder folder("faults");
+  Create(folder);
+  CKovaDBSys db;
+  ASSERT_EQ(db.OpenDB(folder.Path().c_str()), 0);
+  On<CDoctorDB> table(db);
+  PutText(table.record.code, "01");
+  ASSERT_EQ(table.Insert(), 0);
+  const auto change = [&] {
+    PutText(table.record.name, std::string(GetText(table.record.name)) + "x");
+    return table.UpdateIfUnchanged();
+  };
+  for (int i = 0; i < 5; ++i) ASSERT_EQ(change(), 0);
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open((folder.Argument() + "/kova.db").c_str(), &raw), SQLITE_OK);
+  const store::Connection other(raw);
+  ASSERT_EQ(store::Execute(raw, "UPDATE journal_doctor SET seconds = seconds - 30 * 24 * 3600 - 60 WHERE id < 4; "
+                                "UPDATE journal_doctor SET seconds = seconds - 30 * 24 * 3600 + 60 WHERE id = 4"), Result::kDone);
+  for (const std::vector<long long>& left : {std::vector<long long>{3, 4, 5, 6}, {4, 5, 6, 7}, {4, 5, 6, 7, 8}}) {
+    ASSERT_EQ(change(), 0);
+    std::vector<store::JournalEntry> history;
+    ASSERT_EQ(store::ReadHistory(db, store::TableId::Doctor, reinterpret_cast<const char*>(&table.record), history), 0);
+    std::vector<long long> numbers;
+    for (const store::JournalEntry& entry : history) numbers.push_back(entry.number);
+    EXPECT_EQ(numbers, left);
+  }
+}
+
 TEST_P(RecordStoreInBothModes, AFileOfTheFirstLayoutIsUpgradedWhenNobodyHoldsIt) {
   const os::testing::TemporaryFolder folder("faults");
   Create(folder, GetParam());
@@ -128,6 +157,8 @@ TEST_P(RecordStoreInBothModes, AFileOfTheFirstLayoutIsUpgradedWhenNobodyHoldsIt)
     sqlite3* raw = nullptr;
     ASSERT_EQ(sqlite3_open(name.c_str(), &raw), SQLITE_OK);
     const store::Connection program(raw);
+    for (const store::TableDef& table : store::AllTables())
+      ASSERT_EQ(store::Execute(raw, ("DROP TABLE journal_" + std::string(table.name)).c_str()), Result::kDone);
     ASSERT_EQ(store::Execute(raw, "DELETE FROM counter WHERE name = 'write'; PRAGMA user_version = 1; BEGIN; "
                                   "SELECT * FROM counter"), Result::kDone);
     EXPECT_EQ(sell(), Code(Result::kOldVersion)) << "an older program has it open";

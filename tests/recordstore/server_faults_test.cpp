@@ -275,10 +275,10 @@ TEST_F(ServerFaults, AnotherLayoutIsRefusedOrUpgraded) {
   ASSERT_EQ(Open(db), 0);
   ASSERT_EQ(MakeSale(db), 0);
   db.CloseDB();
-  ASSERT_TRUE(Sql("UPDATE store_info SET value = '3' WHERE name = 'layout'"));
+  ASSERT_TRUE(Sql("UPDATE store_info SET value = '4' WHERE name = 'layout'"));
   EXPECT_EQ(Open(db), Code(Result::kWrongVersion));
   EXPECT_EQ(KovaUpgradeDatabase(folder_.Path().c_str()), Code(Result::kWrongVersion));
-  ASSERT_TRUE(Sql("UPDATE store_info SET value = '1' WHERE name = 'layout'; DROP TABLE store_client"));
+  ASSERT_TRUE(Sql("UPDATE store_info SET value = '1' WHERE name = 'layout'; DROP TABLE store_client; DROP TABLE journal_sale"));
   EXPECT_EQ(Open(db), Code(Result::kOldVersion));
   std::string problem;
   EXPECT_EQ(KovaUpgradeDatabase(folder_.Path().c_str(), &problem), 0) << problem;
@@ -368,7 +368,8 @@ TEST_F(ServerFaults, AFullDiskIsToldAndNothingIsHalfWritten) {
   if (isCluster) {
     // The folder itself is where the disk is mounted: the database goes when that is gone.
     std::string tables;
-    for (const kova::store::TableDef& table : kova::store::AllTables()) tables += "DROP TABLE `" + std::string(table.name) + "`;";
+    for (const kova::store::TableDef& table : kova::store::AllTables())
+      tables += "DROP TABLE `" + std::string(table.name) + "`, `" + std::string(kova::store::JournalOf(table.id).name) + "`;";
     EXPECT_TRUE(admin(tables + "DROP TABLE store_info, counter, change_stamp, store_client"));
   } else {
     EXPECT_TRUE(admin("ALTER TABLE sale SET TABLESPACE pg_default; DROP TABLESPACE " + small));

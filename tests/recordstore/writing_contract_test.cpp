@@ -1,8 +1,11 @@
 // What the record store promises of writing: bytes, keys, transactions, change times.
 
 #include <cstring>
+#include <ctime>
 #include <vector>
 
+#include "platform/os/program.h"
+#include "platform/recordstore/journal.h"
 #include "tests/recordstore/record_store_contract.h"
 
 namespace kova::testing {
@@ -71,6 +74,71 @@ TEST_P(RecordStore, UsesThatMakeNoSenseGetAnAnswer) {
   }
   EXPECT_EQ(table.GetFIRST(), Code(Result::kNotOpen)) << "the connection is destroyed";
   EXPECT_EQ(table.Open(), Code(Result::kNotOpen));
+}
+
+// What a record was is entered with what overwrites or deletes it, and can be made again.
+TEST_P(RecordStore, JournalsKnowWhatRecordsWere) {
+  On<CPatientDB> table(db_), other(db_);
+  tagPATIENTDB first{};
+  PutText(first.patientCode, "P1");
+  PutText(first.name, "髙橋 ソ表");
+  std::memcpy(first.otherName, "\xED\x40\xEE\xEF\x87\x90", 6);  // characters that the code page holds twice
+  first.sexCode = 7;
+  table.record = first;
+  ASSERT_EQ(table.Insert(), 0);
+  PutText(other.record.patientCode, "P2");
+  ASSERT_EQ(other.Insert(), 0);
+  const auto history = [&] {
+    std::vector<store::JournalEntry> entries;
+    EXPECT_EQ(store::ReadHistory(db_, store::TableId::Patient, reinterpret_cast<const char*>(&first), entries), 0);
+    return entries;
+  };
+  // Each name that it had, with what was done to it: what was not kept is no entry.
+  const auto told = [&] {
+    std::string text;
+    for (const store::JournalEntry& entry : history())
+      text += std::string(GetText(reinterpret_cast<const tagPATIENTDB&>(*entry.record.data()).name)) +
+              (entry.isDeleted ? " deleted " : " overwritten ");
+    return text;
+  };
+  const auto rename = [&](const char* name, bool conditional = false) {
+    PutText(table.record.name, name);
+    return conditional ? table.UpdateIfUnchanged() : table.Update();
+  };
+  ASSERT_EQ(rename("second", true), 0);
+  ASSERT_EQ(rename("third"), 0);
+  ASSERT_EQ(table.BeginTran(), 0);
+  ASSERT_EQ(rename("aborted"), 0);
+  ASSERT_EQ(table.AbortTran(), 0);
+  ASSERT_EQ(table.GetPatient1Data("P1"), 0);
+  ASSERT_EQ(other.GetPatient1Data("P1"), 0);
+  ASSERT_EQ(rename("fourth"), 0);
+  ASSERT_EQ(other.BeginTran(), 0);
+  EXPECT_EQ(other.UpdateIfUnchanged(), Code(Result::kChanged));
+  ASSERT_EQ(other.GetPatient1Data("P2"), 0);
+  PutText(other.record.patientCode, "P1");
+  EXPECT_EQ(other.Update(), Code(Result::kDuplicate));
+  ASSERT_EQ(other.EndTran(), 0);
+  ASSERT_EQ(table.Delete(), 0);
+  EXPECT_EQ(told(), "髙橋 ソ表 overwritten second overwritten third overwritten fourth deleted ");
+  const store::JournalEntry entry = history().at(0);
+  EXPECT_EQ(std::memcmp(entry.record.data(), &first, sizeof first), 0) << "every byte";
+  EXPECT_EQ(entry.workstation, os::WorkstationName());
+  EXPECT_NEAR(static_cast<double>(entry.time), static_cast<double>(std::time(nullptr)), 600);
+
+  const auto bringBack = [&](std::size_t at) {
+    return store::BringBack(db_, store::TableId::Patient, history().at(at).number);
+  };
+  EXPECT_EQ(store::BringBack(db_, store::TableId::Patient, 999), Code(Result::kNotFound));
+  EXPECT_EQ(bringBack(0), 0);
+  ASSERT_EQ(table.GetPatient1Data("P1"), 0);
+  EXPECT_EQ(std::memcmp(&table.record, &first, sizeof first), 0);
+  EXPECT_EQ(bringBack(1), Code(Result::kDuplicate)) << "that one was deleted: this is another";
+  ASSERT_EQ(rename("fifth"), 0);
+  EXPECT_EQ(bringBack(4), 0);
+  ASSERT_EQ(table.GetPatient1Data("P1"), 0);
+  EXPECT_STREQ(table.record.name, first.name);
+  EXPECT_EQ(told(), "髙橋 ソ表 overwritten second overwritten third overwritten fourth deleted 髙橋 ソ表 overwritten fifth overwritten ");
 }
 
 TEST_P(RecordStore, TransactionsKeepAllOrNothing) {

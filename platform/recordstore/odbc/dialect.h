@@ -36,14 +36,13 @@ class Dialect : public SqlForm {
   /// How texts go through the driver.
   virtual odbc::TextForm Texts() const { return odbc::TextForm::kUtf16; }
   virtual std::string Bytes(std::string_view bytes) const = 0;
+  virtual std::string Text(std::string_view utf8) const = 0;
   /// Inserts records whose columns come as a parameter each, in the order of InsertSql: an array in the server's text form, as
   /// UTF-8 bytes. Empty where the server has no arrays.
   virtual std::string InsertArraysSql(const TableDef&) const { return {}; }
   /// A condition for the records behind or before (key, id) in the order of the key. `parameters` gets a letter for each
   /// of its parameters: k the key, i the id.
   virtual std::string BeyondSql(const std::string& column, bool forward, std::string& parameters) const = 0;
-  /// The server's clock, in seconds since 1970.
-  virtual std::string NowSql() const = 0;
   /// Begins a transaction in which every read sees the same moment.
   virtual std::string BeginReadsSql() const = 0;
   /// A full check of a table, which gives a row whose last column is "OK" when it is sound; empty when the server has none.

@@ -16,6 +16,7 @@ class MariaDb final : public Dialect {
   }
   std::string KeyType(const KeyDef& key) const override { return "varbinary(" + std::to_string(key.width) + ")"; }
   std::string BytesType() const override { return "blob"; }
+  std::string TextType() const override { return "char"; }
   std::string TableOptions() const override {
     return " ENGINE=InnoDB ROW_FORMAT=DYNAMIC DEFAULT CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin";
   }
@@ -66,6 +67,7 @@ class MariaDb final : public Dialect {
   // Of texts in UTF-16 the driver (3.1.15) stores some with a character too many.
   odbc::TextForm Texts() const override { return odbc::TextForm::kUtf8Bytes; }
   std::string Bytes(std::string_view bytes) const override { return "x'" + Hex(bytes) + "'"; }
+  std::string Text(std::string_view utf8) const override { return "CONVERT(" + Bytes(utf8) + " USING utf8mb4)"; }
   // Of a comparison of rows the server searches no index.
   std::string BeyondSql(const std::string& column, bool forward, std::string& parameters) const override {
     parameters = "kik";
@@ -88,7 +90,8 @@ class MariaDb final : public Dialect {
     const std::string to = " TO '" + settings.account + "'@'%';\n";
     std::string sql;
     for (const TableDef& table : AllTables())
-      sql += "GRANT SELECT, INSERT, UPDATE, DELETE" + on + Name(table.name) + to;
+      sql += "GRANT SELECT, INSERT, UPDATE, DELETE" + on + Name(table.name) + to + "GRANT SELECT, INSERT, DELETE" + on +
+             Name(JournalOf(table.id).name) + to;
     return sql + "GRANT SELECT, INSERT, DELETE" + on + Name("store_client") + to + "GRANT SELECT, UPDATE" + on +
            Name("counter") + to + "GRANT SELECT, UPDATE" + on + Name("change_stamp") + to + "GRANT SELECT" + on +
            Name("store_info") + to;

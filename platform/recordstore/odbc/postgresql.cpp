@@ -22,6 +22,7 @@ class PostgreSql final : public Dialect {
   }
   std::string KeyType(const KeyDef&) const override { return "bytea"; }
   std::string BytesType() const override { return "bytea"; }
+  std::string TextType() const override { return "text"; }
   // A failed statement would end the transaction that it is in.
   std::string OrNothing() const override { return " ON CONFLICT DO NOTHING"; }
 
@@ -68,6 +69,7 @@ class PostgreSql final : public Dialect {
   static std::string StartedSql() { return "to_char(backend_start AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISSUS')"; }
 
   std::string Bytes(std::string_view bytes) const override { return "'\\x" + Hex(bytes) + "'::bytea"; }
+  std::string Text(std::string_view utf8) const override { return "convert_from(" + Bytes(utf8) + ", 'UTF8')"; }
   std::string InsertArraysSql(const TableDef& table) const override {
     const std::string insert = InsertSql(*this, table);
     std::string arrays;
@@ -94,7 +96,8 @@ class PostgreSql final : public Dialect {
     std::string sql = "REVOKE CREATE ON SCHEMA public FROM PUBLIC;\nGRANT CONNECT ON DATABASE " +
                       Name(settings.database) + to + "GRANT USAGE ON SCHEMA public" + to;
     for (const TableDef& table : AllTables())
-      sql += "GRANT SELECT, INSERT, UPDATE, DELETE ON " + Name(table.name) + to;
+      sql += "GRANT SELECT, INSERT, UPDATE, DELETE ON " + Name(table.name) + to + "GRANT SELECT, INSERT, DELETE ON " +
+             Name(JournalOf(table.id).name) + to;
     return sql + "GRANT SELECT, INSERT, DELETE ON " + Name("store_client") + to + "GRANT SELECT, UPDATE ON " +
            Name("counter") + ", " + Name("change_stamp") + to + "GRANT SELECT ON " + Name("store_info") + to;
   }

@@ -28,7 +28,7 @@ RecordRows::RecordRows(const TableDef& table, TextForm texts, std::size_t rows)
     columns_.push_back({field, stride_, size});
     stride_ += sizeof(SQLLEN) + Aligned(size);
   };
-  add(nullptr, table.recordSize);
+  add(nullptr, table.exactSize);
   for (const FieldDef& field : table.fields)
     add(&field, field.kind == FieldKind::kText ? TextSize(field, texts_) : sizeof(std::int32_t));
   bytes_.resize(stride_ * capacity_);
@@ -67,7 +67,7 @@ void RecordRows::Decode(std::size_t at, RecordBlock& block) const {
   std::memcpy(&id, row, sizeof id);
   char* record = block.Add(id);
   const Column& exact = columns_.front();
-  const bool isExact = LengthAt(row, exact.offset) == static_cast<SQLLEN>(table_.recordSize);
+  const bool isExact = LengthAt(row, exact.offset) == static_cast<SQLLEN>(table_.exactSize);
   const char* exactRecord = isExact ? row + exact.offset + sizeof(SQLLEN) : nullptr;
   for (std::size_t i = 1; i < columns_.size(); ++i) {
     const Column& column = columns_[i];
@@ -81,8 +81,9 @@ void RecordRows::Decode(std::size_t at, RecordBlock& block) const {
       continue;
     }
     // Most fields of most records are empty, as the block's place for a record begins.
-    if (length <= 0 && exactRecord == nullptr && length != SQL_NO_TOTAL) continue;
-    const char* exactField = exactRecord == nullptr ? nullptr : exactRecord + field.offset;
+    const bool hasExact = exactRecord != nullptr && field.offset < table_.exactSize;
+    if (length <= 0 && !hasExact && length != SQL_NO_TOTAL) continue;
+    const char* exactField = hasExact ? exactRecord + field.offset : nullptr;
     const std::size_t size = length == SQL_NO_TOTAL ? column.size : static_cast<std::size_t>(std::max<SQLLEN>(length, 0));
     if (texts_ == TextForm::kUtf8Bytes) {
       TextFromColumn(std::string_view(bytes, std::min(size, column.size)), exactField, record + field.offset,

@@ -189,14 +189,7 @@ Result ServerEngine::Update(const TableDef& table, RecordId id, const char* reco
     const std::size_t size = table.recordSize;
     return Ask([kept = Keep(table), id, bytes = std::string(record, size),
                 before = expected == nullptr ? std::string() : std::string(expected, size)](odbc::Session& session) {
-      if (!before.empty()) {
-        RecordBlock stored;
-        const Result read = session.ReadById(*kept, id, stored);
-        if (read != Result::kDone) return read;
-        if (stored.Size() == 0 || before.compare(0, before.size(), stored.Record(0), before.size()) != 0)
-          return Result::kChanged;
-      }
-      return session.Update(*kept, id, bytes.data());
+      return session.Update(*kept, id, bytes.data(), before);
     });
   });
 }

@@ -5,8 +5,8 @@
 namespace kova::store {
 namespace {
 
-// Stored; a change needs a step in UpgradeSql. 1 had no store_client.
-constexpr int kLayout = 2;
+// Stored; a change needs a step in UpgradeServerDatabase. 1 had no store_client, 2 no journals.
+constexpr int kLayout = 3;
 
 std::string ClientTableSql(const Dialect& dialect) {
   return "CREATE TABLE store_client (id varchar(32) PRIMARY KEY, commits bigint NOT NULL, used bigint NOT NULL)" +
@@ -22,14 +22,19 @@ std::string LayoutSql(const Dialect& dialect) {
                     "CREATE TABLE change_stamp (" + tableName + " varchar(40) PRIMARY KEY, stamp bigint NOT NULL)" +
                     options + ClientTableSql(dialect);
   for (const TableDef& table : AllTables())
-    sql += CreateTableSql(dialect, table) + "INSERT INTO change_stamp (" + tableName + ", stamp) VALUES ('" +
+    sql += CreateTableSql(dialect, table) + CreateTableSql(dialect, JournalOf(table.id)) + "INSERT INTO change_stamp (" + tableName + ", stamp) VALUES ('" +
            std::string(table.name) + "', 1);\n";
   return sql + "INSERT INTO store_info (name, value) VALUES ('layout', '" + std::to_string(kLayout) + "');\n";
 }
 
+std::string DropJournalSql(const Dialect& dialect, const TableDef& table) {
+  return "DROP TABLE IF EXISTS " + dialect.Name(JournalOf(table.id).name) + ";\n";
+}
+
 std::string DropSql(const Dialect& dialect) {
   std::string sql;
-  for (const TableDef& table : AllTables()) sql += "DROP TABLE IF EXISTS " + dialect.Name(table.name) + ";\n";
+  for (const TableDef& table : AllTables())
+    sql += "DROP TABLE IF EXISTS " + dialect.Name(table.name) + ";\n" + DropJournalSql(dialect, table);
   for (const std::string_view table : kOwnTables) sql += "DROP TABLE IF EXISTS " + dialect.Name(table) + ";\n";
   return sql;
 }
@@ -127,6 +132,10 @@ Result UpgradeServerDatabase(const ServerSettings& settings, std::string& proble
     if (layout > kLayout) return Result::kWrongVersion;
     std::string sql;
     if (layout < 2) sql += "DROP TABLE IF EXISTS store_client;\n" + ClientTableSql(dialect);
+    for (const TableDef& table : AllTables()) {
+      // One that is there is left over from an upgrade that was not finished: nobody has written to it yet.
+      if (layout < 3) sql += DropJournalSql(dialect, table) + CreateTableSql(dialect, JournalOf(table.id));
+    }
     sql += "UPDATE store_info SET value = '" + std::to_string(kLayout) + "' WHERE name = 'layout';\n";
     return RunWhole(session, dialect, sql);
   });

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/recordstore/journal.h"
+
 namespace kova::store::odbc {
 namespace {
 
@@ -144,7 +146,8 @@ struct Session::PreparedNumbers {
   std::int64_t value = 0;
 };
 
-Session::Session(std::shared_ptr<const Dialect> dialect) : dialect_(std::move(dialect)) {}
+Session::Session(std::shared_ptr<const Dialect> dialect)
+    : dialect_(std::move(dialect)), workstation_(dialect_->Text(JournalledWorkstation())) {}
 
 Session::~Session() = default;
 
@@ -283,7 +286,7 @@ Result Session::InsertMany(const TableDef& table, RecordId id, const RecordBlock
   return insert->Insert(id, block, first) ? Result::kDone : Failed();
 }
 
-// The statement that inserts ('i'), updates ('u') or deletes ('d'); null when it cannot be prepared.
+// The statement that inserts ('i') or updates ('u'); null when it cannot be prepared.
 Session::PreparedWrite* Session::WriteStatement(const TableDef& table, char what) {
   std::string name = what + std::string(table.name);
   const auto found = writes_.find(name);
@@ -294,15 +297,13 @@ Session::PreparedWrite* Session::WriteStatement(const TableDef& table, char what
   if (what == 'i') {
     worked = prepared->statement.Prepare(InsertSql(*dialect_, table)) && prepared->BindId(at++) &&
              prepared->record.Bind(prepared->statement, at);
-  } else if (what == 'u') {
+  } else {
     // A primary key that another record has must not fail the statement: that would end the transaction on some servers.
     const std::string name0 = dialect_->Name(table.name), key0 = KeyColumn(*dialect_, table.keys.front());
     worked = prepared->statement.Prepare(UpdateSql(*dialect_, table) + " AND NOT EXISTS (SELECT 1 FROM " + name0 +
                                          " AS other WHERE other." + key0 + " = ? AND other.id <> ?)") &&
              prepared->record.Bind(prepared->statement, at) && prepared->BindId(at) &&
              prepared->record.BindPrimaryKey(prepared->statement, at + 1) && prepared->BindId(at + 2);
-  } else {
-    worked = prepared->statement.Prepare(DeleteSql(*dialect_, table)) && prepared->BindId(at);
   }
   return worked ? writes_.emplace(std::move(name), std::move(prepared)).first->second.get() : nullptr;
 }
@@ -326,7 +327,29 @@ Result Session::Insert(const TableDef& table, RecordId id, const char* record) {
   return Write(*write, id, Result::kDuplicate);
 }
 
-Result Session::Update(const TableDef& table, RecordId id, const char* record) {
+std::string Session::EnterSql(const TableDef& table, RecordId id, std::string_view deed) const {
+  return JournalSql(*dialect_, table, std::to_string(id), workstation_, deed) + "; " + ForgetOldSql(*dialect_, table);
+}
+
+Result Session::Update(const TableDef& table, RecordId id, const char* record, std::string_view expected) {
+  // In the round trip that reads the record, where there is one.
+  RecordBlock stored;
+  stored.Reset(table.recordSize);
+  const std::string select = SelectSql(*dialect_, table) + " WHERE id = " + std::to_string(id);
+  Rows none;
+  const Result entered = expected.empty() ? RunTogether(EnterSql(table, id, "u"), none)
+                                          : ReadText(table, select, {EnterSql(table, id, "u"), {}}, 1, stored);
+  if (entered != Result::kDone) return entered;
+  if (!expected.empty() && stored.Size() == 0) return Result::kChanged;
+  const bool isChanged = !expected.empty() && expected != std::string_view(stored.Record(0), table.recordSize);
+  const Result written = isChanged ? Result::kChanged : Overwrite(table, id, record);
+  // A transaction that goes on must not keep the entry of a record that stayed.
+  const bool stayed = isChanged || written == Result::kDuplicate;
+  const Result takenBack = stayed ? Run(ForgetLastSql(*dialect_, table)) : Result::kDone;
+  return takenBack == Result::kDone ? written : takenBack;
+}
+
+Result Session::Overwrite(const TableDef& table, RecordId id, const char* record) {
   PreparedWrite* write = WriteStatement(table, 'u');
   if (write == nullptr) return Failed();
   write->record.Set(record);
@@ -339,9 +362,12 @@ Result Session::Update(const TableDef& table, RecordId id, const char* record) {
 }
 
 Result Session::Delete(const TableDef& table, RecordId id) {
-  PreparedWrite* write = WriteStatement(table, 'd');
-  if (write == nullptr) return Failed();
-  return Write(*write, id, Result::kChanged);
+  const std::string where = " FROM " + dialect_->Name(table.name) + " WHERE id = " + std::to_string(id);
+  Rows rows;
+  const Result result =
+      RunTogether("SELECT COUNT(*)" + where + "; " + EnterSql(table, id, "d") + "; DELETE" + where, rows);
+  if (result != Result::kDone) return result;
+  return !rows.empty() && rows.front().front() == "1" ? Result::kDone : Result::kChanged;
 }
 
 Result Session::SumStamps(std::span<const TableId> tables, std::int64_t& sum) {

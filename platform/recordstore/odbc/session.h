@@ -55,8 +55,9 @@ class Session {
   Result InsertMany(const TableDef& table, RecordId id, const RecordBlock& block, std::size_t first);
   /// kDuplicate when the primary key exists.
   Result Insert(const TableDef& table, RecordId id, const char* record);
-  /// kChanged when there is no such record, kDuplicate when another one has its primary key.
-  Result Update(const TableDef& table, RecordId id, const char* record);
+  /// kChanged when there is no such record, or it is no more as `expected` unless that is empty; kDuplicate when another
+  /// one has its primary key. The stored record goes into the journal, here and in Delete.
+  Result Update(const TableDef& table, RecordId id, const char* record, std::string_view expected);
   Result Delete(const TableDef& table, RecordId id);
   /// The sum of the tables' stored stamps.
   Result SumStamps(std::span<const TableId> tables, std::int64_t& sum);
@@ -83,8 +84,11 @@ class Session {
   Result ReadText(const TableDef& table, std::string sql, const Around& around, std::size_t rows, RecordBlock& block);
   PreparedWrite* WriteStatement(const TableDef& table, char what);
   Result Write(PreparedWrite& write, RecordId id, Result none);
+  Result Overwrite(const TableDef& table, RecordId id, const char* record);
+  std::string EnterSql(const TableDef& table, RecordId id, std::string_view deed) const;
 
   std::shared_ptr<const Dialect> dialect_;
+  const std::string workstation_;  // as the journals name it, an expression
   Connection connection_;  // outlives the statements
   std::string id_;
   std::map<std::string, std::unique_ptr<PreparedRead>, std::less<>> reads_;

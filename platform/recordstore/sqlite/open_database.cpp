@@ -12,7 +12,7 @@
 namespace kova::store {
 namespace {
 
-constexpr int kSchemaVersion = 2;           // stored; a change needs an upgrade step
+constexpr int kSchemaVersion = 3;           // stored; a change needs a step in UpgradeSql
 constexpr int kApplicationId = 0x4B4F5641;  // stored; do not change
 constexpr std::string_view kDatabaseFile = "kova.db";
 constexpr std::string_view kLockFile = "kova.db.lock";  // between programs; do not change
@@ -55,15 +55,17 @@ bool IsInWriteAheadMode(const std::filesystem::path& file) {
   return in.read(header, sizeof header) && header[18] == 2;
 }
 
-Result CheckVersion(sqlite3* connection) {
+/// `version` is that of the file's layout where the result is kDone or kOldVersion.
+Result CheckVersion(sqlite3* connection, int& version) {
   std::string value;
   Result result = QueryText(connection, "PRAGMA application_id", value);
   if (result != Result::kDone) return result;
   if (value != std::to_string(kApplicationId)) return Result::kDamaged;
   result = QueryText(connection, "PRAGMA user_version", value);
   if (result != Result::kDone) return result;
-  if (value == "1") return Result::kOldVersion;
-  return value == std::to_string(kSchemaVersion) ? Result::kDone : Result::kWrongVersion;
+  version = std::atoi(value.c_str());
+  if (version < 1 || version > kSchemaVersion) return Result::kWrongVersion;
+  return version == kSchemaVersion ? Result::kDone : Result::kOldVersion;
 }
 
 // Write-ahead logging shares memory between its users and so works on one machine only: over a network SQLite
@@ -107,12 +109,23 @@ Result CopyDatabase(sqlite3* connection, const std::filesystem::path& to) {
 }
 
 // In layout 1 SQLite chose the records' ids. From layout 2 on they come from a counter, which begins behind the largest.
-std::string UpgradeSql() {
+std::string CountIdsSql() {
   std::string ids;
   for (const TableDef& table : AllTables())
     ids += (ids.empty() ? "SELECT MAX(id) AS id FROM " : " UNION ALL SELECT MAX(id) FROM ") + std::string(table.name);
-  return "BEGIN EXCLUSIVE; INSERT INTO counter SELECT '" + std::string(kIdCounter) + "', COALESCE(MAX(id), 0) FROM (" +
-         ids + "); PRAGMA user_version = " + std::to_string(kSchemaVersion) + "; COMMIT";
+  return "INSERT INTO counter SELECT '" + std::string(kIdCounter) + "', COALESCE(MAX(id), 0) FROM (" + ids + ");\n";
+}
+
+// From layout 3 on there are journals.
+std::string JournalsSql() {
+  std::string sql;
+  for (const TableDef& table : AllTables()) sql += CreateTableSql(SqlForm(), JournalOf(table.id));
+  return sql;
+}
+
+std::string UpgradeSql(int from) {
+  return "BEGIN EXCLUSIVE;\n" + (from < 2 ? CountIdsSql() : std::string()) + JournalsSql() +
+         "PRAGMA user_version = " + std::to_string(kSchemaVersion) + ";\nCOMMIT";
 }
 
 // Brings a file of an older program to this layout, in one transaction, while nobody else has it open: an older program
@@ -126,11 +139,12 @@ Result Upgrade(sqlite3* connection, const std::filesystem::path& file) {
   if (result == Result::kDone) result = Execute(connection, "BEGIN EXCLUSIVE; COMMIT");
   if (result == Result::kBusy || (result == Result::kDone && mode != "delete")) return Result::kOldVersion;
   // Another program may have been faster.
-  if (result == Result::kDone) result = CheckVersion(connection);
+  int version = 0;
+  if (result == Result::kDone) result = CheckVersion(connection, version);
   if (result == Result::kOldVersion) {
     std::filesystem::path copy = file;
-    result = CopyDatabase(connection, copy += ".layout1");
-    if (result == Result::kDone) result = Execute(connection, UpgradeSql().c_str());
+    result = CopyDatabase(connection, copy += ".layout" + std::to_string(version));
+    if (result == Result::kDone) result = Execute(connection, UpgradeSql(version).c_str());
     if (result != Result::kDone && sqlite3_get_autocommit(connection) == 0) (void)Execute(connection, "ROLLBACK");
   }
   if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
@@ -163,6 +177,7 @@ std::string LayoutSql(bool overNetwork) {
       "CREATE TABLE counter (name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;\n"
       "INSERT INTO counter VALUES ('saleNumber', 0), ('" + std::string(kIdCounter) + "', 0);\n"
       "CREATE TABLE change_stamp (tableName TEXT PRIMARY KEY, stamp INTEGER NOT NULL) WITHOUT ROWID;\n";
+  sql += JournalsSql();
   for (const TableDef& table : AllTables()) {
     sql +=
         CreateTableSql(SqlForm(), table) + "INSERT INTO change_stamp VALUES ('" + std::string(table.name) + "', 1);\n";
@@ -196,11 +211,11 @@ std::unique_ptr<Engine> OpenSqliteEngine(std::string_view folder, bool overNetwo
     return nullptr;
   }
   const bool heldLocally = overNetwork && IsInWriteAheadMode(file);
-  int code = SQLITE_OK;
+  int code = SQLITE_OK, version = 0;
   Connection connection = Connect(file, SQLITE_OPEN_READWRITE, code);
   result = FromSqlite(code);
   if (result == Result::kDone && overNetwork) result = ReadExclusively(connection.get());
-  if (result == Result::kDone) result = CheckVersion(connection.get());
+  if (result == Result::kDone) result = CheckVersion(connection.get(), version);
   if (result == Result::kOldVersion) result = Upgrade(connection.get(), file);
   if (result == Result::kDone && overNetwork) result = ReadExclusively(connection.get());
   if (result == Result::kDone && overNetwork) result = MarkForNetwork(connection.get());

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/os/clock.h"
+#include "platform/recordstore/journal.h"
 
 namespace kova::store {
 namespace {
@@ -19,6 +20,7 @@ constexpr int kFirstField = 2;      // behind id and exact
 SqliteEngine::SqliteEngine(Connection connection, bool canWrite)
     : connection_(std::move(connection)),
       canWrite_(canWrite),
+      workstation_(JournalledWorkstation()),
       statements_(AllTables().size()) {
   sqlite3_busy_handler(connection_.get(), &WaitWhileBusy, this);
   // Plans must not depend on what is bound: SQLite would compile a kept statement anew for every limit.
@@ -56,15 +58,16 @@ sqlite3_stmt* SqliteEngine::ReadStatement(const TableDef& table, std::size_t key
 void SqliteEngine::DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlock& block) {
   char* record = block.Add(sqlite3_column_int64(row, 0));
   const std::string_view exact = ColumnBytes(row, 1);
-  const char* exactRecord = exact.size() == table.recordSize ? exact.data() : nullptr;
+  const char* exactRecord = exact.size() == table.exactSize ? exact.data() : nullptr;
   int column = kFirstField;
   for (const FieldDef& field : table.fields) {
     char* bytes = record + field.offset;
     if (field.kind == FieldKind::kText) {
-      const bool isEmpty = exactRecord == nullptr && sqlite3_column_bytes(row, column) == 0;
+      const bool hasExact = exactRecord != nullptr && field.offset < table.exactSize;
+      const char* exactField = hasExact ? exactRecord + field.offset : nullptr;
+      const bool isEmpty = exactField == nullptr && sqlite3_column_bytes(row, column) == 0;
       if (!isEmpty)  // else it is as the block's place for a record begins; most fields of most records are
-        TextFromColumn(ColumnText(row, column), exactRecord == nullptr ? nullptr : exactRecord + field.offset,
-                       bytes, field.width);
+        TextFromColumn(ColumnText(row, column), exactField, bytes, field.width);
     } else {
       NumberFromColumn(sqlite3_column_int64(row, column), field.kind, bytes);
     }
@@ -123,7 +126,9 @@ Result SqliteEngine::Read(const TableDef& table, std::size_t keyIndex, const Rea
 Result SqliteEngine::ReadInOrder(const TableDef& table, RecordId behind, std::size_t limit, RecordBlock& block) {
   StartClock();
   block.Reset(table.recordSize);
-  sqlite3_stmt* statement = Prepared(Of(table).selectInOrder, [&] { return SelectInOrderSql(SqlForm(), table); });
+  Statement once;
+  Statement& place = table.part.empty() ? Of(table).selectInOrder : once;
+  sqlite3_stmt* statement = Prepared(place, [&] { return SelectInOrderSql(SqlForm(), table); });
   if (statement == nullptr) return LastError();
   const StatementUse use(statement);
   sqlite3_bind_int64(statement, 1, behind);
@@ -227,31 +232,60 @@ Result SqliteEngine::ReadUnchanged(const TableDef& table, RecordId id, const cha
   return std::memcmp(stored.Record(0), expected, table.recordSize) == 0 ? Result::kDone : Result::kChanged;
 }
 
+// Enters the stored record; kChanged when there is none.
+Result SqliteEngine::Journal(const TableDef& table, RecordId id, bool isDeleted) {
+  TableStatements& kept = Of(table);
+  sqlite3_stmt* enter = Prepared(isDeleted ? kept.deleted : kept.overwritten,
+                                 [&] { return JournalSql(SqlForm(), table, "?1", "?2", isDeleted ? "d" : "u"); });
+  sqlite3_stmt* forget = Prepared(kept.forgetOld, [&] { return ForgetOldSql(SqlForm(), table); });
+  if (enter == nullptr || forget == nullptr) return LastError();
+  const StatementUse use(enter), other(forget);
+  sqlite3_bind_int64(enter, 1, id);
+  BindText(enter, 2, workstation_);
+  const Result entered = FromSqlite(sqlite3_step(enter));
+  if (entered != Result::kDone) return entered;
+  return sqlite3_changes(connection_.get()) == 1 ? FromSqlite(sqlite3_step(forget)) : Result::kChanged;
+}
+
+// A write over a stored record, which goes into the journal first, and stays there only with the write.
+template <typename Write>
+Result SqliteEngine::WriteOver(const TableDef& table, RecordId id, bool isDeleted, Write write) {
+  const Result entered = Journal(table, id, isDeleted);
+  if (entered != Result::kDone) return entered;
+  const Result written = write();
+  // A transaction that SQLite gave up has taken the entry with it.
+  if (written == Result::kDone || sqlite3_get_autocommit(connection_.get()) != 0) return written;
+  sqlite3_stmt* takeBack = Prepared(Of(table).forgetLast, [&] { return ForgetLastSql(SqlForm(), table); });
+  const StatementUse use(takeBack);
+  if (takeBack != nullptr) (void)sqlite3_step(takeBack);
+  return written;
+}
+
 Result SqliteEngine::Update(const TableDef& table, RecordId id, const char* record, const char* expected) {
   return WriteWhole(table, [&] {
     if (expected != nullptr) {
       const Result unchanged = ReadUnchanged(table, id, expected);
       if (unchanged != Result::kDone) return unchanged;
     }
-    sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(SqlForm(), table); });
-    if (statement == nullptr) return LastError();
-    const StatementUse use(statement);
-    sqlite3_bind_int64(statement, BindRecord(statement, 1, table, record), id);
-    const Result result = FromSqlite(sqlite3_step(statement));
-    if (result != Result::kDone) return result;
-    return sqlite3_changes(connection_.get()) == 1 ? Result::kDone : Result::kChanged;
+    return WriteOver(table, id, false, [&] {
+      sqlite3_stmt* statement = Prepared(Of(table).update, [&] { return UpdateSql(SqlForm(), table); });
+      if (statement == nullptr) return LastError();
+      const StatementUse use(statement);
+      sqlite3_bind_int64(statement, BindRecord(statement, 1, table, record), id);
+      return FromSqlite(sqlite3_step(statement));
+    });
   });
 }
 
 Result SqliteEngine::Delete(const TableDef& table, RecordId id) {
   return WriteWhole(table, [&] {
-    sqlite3_stmt* statement = Prepared(Of(table).remove, [&] { return DeleteSql(SqlForm(), table); });
-    if (statement == nullptr) return LastError();
-    const StatementUse use(statement);
-    sqlite3_bind_int64(statement, 1, id);
-    const Result result = FromSqlite(sqlite3_step(statement));
-    if (result != Result::kDone) return result;
-    return sqlite3_changes(connection_.get()) == 1 ? Result::kDone : Result::kChanged;
+    return WriteOver(table, id, true, [&] {
+      sqlite3_stmt* statement = Prepared(Of(table).remove, [&] { return DeleteSql(SqlForm(), table); });
+      if (statement == nullptr) return LastError();
+      const StatementUse use(statement);
+      sqlite3_bind_int64(statement, 1, id);
+      return FromSqlite(sqlite3_step(statement));
+    });
   });
 }
 

@@ -49,7 +49,7 @@ class SqliteEngine final : public Engine {
 
  private:
   struct TableStatements {
-    Statement insert, update, remove, selectById, selectInOrder;
+    Statement insert, update, remove, selectById, selectInOrder, overwritten, deleted, forgetOld, forgetLast;
     std::vector<Statement> reads;  // keys * kRanges
   };
   enum class Mode { kIdle, kReading, kHost, kUnit, kUnitInHost };
@@ -69,6 +69,9 @@ class SqliteEngine final : public Engine {
   void DecodeRow(sqlite3_stmt* row, const TableDef& table, RecordBlock& block);
   int BindRecord(sqlite3_stmt* statement, int at, const TableDef& table, const char* record);
   Result NextId(RecordId& id);
+  Result Journal(const TableDef& table, RecordId id, bool isDeleted);
+  template <typename Write>
+  Result WriteOver(const TableDef& table, RecordId id, bool isDeleted, Write write);
   Result ReadUnchanged(const TableDef& table, RecordId id, const char* expected);
   template <typename Write>
   Result WriteWhole(const TableDef& table, Write write);
@@ -80,6 +83,7 @@ class SqliteEngine final : public Engine {
 
   Connection connection_;
   bool canWrite_;
+  const std::string workstation_;  // UTF-8; who the journals say it was
   std::vector<TableStatements> statements_;
   std::map<std::string, std::vector<Statement>> partReads_;  // as TableStatements' reads, by TableDef::part
   std::vector<Statement> stampReads_;                        // by the number of tables
