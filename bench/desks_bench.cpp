@@ -25,6 +25,7 @@
 #include "platform/os/clock.h"
 #include "platform/os/files.h"
 #include "platform/os/paths.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"

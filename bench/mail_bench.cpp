@@ -17,6 +17,7 @@
 #include "mail/template_store.h"
 #include "platform/os/application_profile.h"
 #include "platform/os/clock.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 

@@ -10,6 +10,7 @@
 #include "bench/paired.h"
 #include "bench/raw_table.h"
 #include "entry/kova_sub_tools.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "reservations/fee_request.h"

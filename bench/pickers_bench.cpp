@@ -7,6 +7,7 @@
 #include "bench/raw_table.h"
 #include "pickers/master_choices.h"
 #include "pickers/patient_query.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 

@@ -7,6 +7,7 @@
 
 #include "bench/paired.h"
 #include "platform/os/files.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "practice/database_folder.h"
 

@@ -15,6 +15,7 @@
 #include "bench/raw_table.h"
 #include "entry/kova_sub_tools.h"
 #include "platform/os/files.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "printing/testing/receipt_builder.h"

@@ -8,6 +8,7 @@
 
 #include "bench/paired.h"
 #include "bench/raw_odbc.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"

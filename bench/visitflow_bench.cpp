@@ -11,6 +11,7 @@
 #include "bench/paired.h"
 #include "bench/raw_table.h"
 #include "foundation/settings.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "visitflow/board.h"

@@ -8,6 +8,7 @@
 #include "hosts/console/console.h"
 #include "hosts/kovacall/any_table.h"
 #include "hosts/kovacall/table_page.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/journal.h"
 #include "platform/text932/cp932.h"
 

@@ -12,6 +12,7 @@
 #include "hosts/sample_practice/plan.h"
 #include "hosts/sample_practice/settings_files.h"
 #include "hosts/sample_practice/visits.h"
+#include "platform/recordstore/administration.h"
 #include "platform/text932/cp932.h"
 
 namespace kova::sample {

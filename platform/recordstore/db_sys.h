@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -11,6 +10,9 @@
 namespace kova::store {
 class Engine;
 enum class TableId : int;
+namespace testing {
+struct EngineOf;
+}
 }  // namespace kova::store
 
 /// Something that an application of the connection keeps with it, from call to call: a cache, a table.
@@ -58,14 +60,13 @@ class KOVADBCALL_API CKovaDBSys {
 
   /// For this library's own use. Null while closed.
   kova::store::Engine* GetEngine() const { return engine_.get(); }
-  /// For tests: goes on with what `wrap` makes of the open engine, which stands before it.
-  void WrapEngine(const std::function<std::unique_ptr<kova::store::Engine>(std::unique_ptr<kova::store::Engine>)>& wrap);
   /// Changes with every OpenDB and CloseDB: a table object bound before knows that its engine is gone.
   unsigned GetGeneration() const { return generation_; }
   /// Where this object is; null once it is destroyed. For those that may outlive it.
   std::shared_ptr<CKovaDBSys* const> GetPlace() const { return place_; }
 
  private:
+  friend struct kova::store::testing::EngineOf;
   std::shared_ptr<CKovaDBSys*> place_;
   std::unique_ptr<kova::store::Engine> engine_;
   std::string problem_;
@@ -92,38 +93,3 @@ class KOVADBCALL_API CKovaReads {
   CKovaDBSys* db_;
   unsigned generation_;
 };
-
-/// Lays out an empty database in a folder, which is made when missing; a folder that holds one is left as it
-/// is. For a folder whose records live on a server, the tables are laid out there. 0 for success, else a number of
-/// result.h and, where there is more to say, a line of it in `problem` (UTF-8), which may be null.
-KOVADBCALL_API int KovaCreateDatabase(const char* folder, std::string* problem = nullptr);
-
-/// Prepares the database in a folder for use from other machines, before any of them opens it: it leaves the
-/// mode that works on one machine only, for good. Result 16 while a program has it open in that mode. 0 for
-/// success.
-KOVADBCALL_API int KovaShareDatabase(const char* folder);
-
-/// Where the records of a folder live, as "PostgreSQL desk1:5432, desk2:5432", in `text` (code page 932): 0 when that is on
-/// a server, result NoDatabase when the folder says nothing of one, else the result for a file that cannot be used.
-KOVADBCALL_API int KovaDescribeServer(const char* folder, std::string& text);
-
-/// Keeps the password of the account that a folder's server is used with, for this user of this workstation, protected as
-/// the system protects such data. 0 for success.
-KOVADBCALL_API int KovaStoreServerPassword(const char* folder, const char* password);
-
-/// Brings the tables of an older program to this program's layout; the records stay. On a server it wants the account that
-/// laid them out (KOVA_DB_ACCOUNT and KOVA_DB_PASSWORD in the environment). A file is upgraded by the first program that
-/// opens it, too; result OldVersion while another program has it open. 0 for success, also where there is nothing
-/// to do; result WrongVersion for those of a newer program. `problem` as of KovaCreateDatabase.
-KOVADBCALL_API int KovaUpgradeDatabase(const char* folder, std::string* problem = nullptr);
-
-/// The statements that give a folder's account the rights that workstations need and no more, for the server's
-/// administrator, UTF-8. 0 for success; result NoDatabase for a folder that says nothing of a server.
-KOVADBCALL_API int KovaServerRights(const char* folder, std::string& sql);
-
-/// Copies all records of one database folder into another, and compares them: see platform/recordstore/migration.h.
-/// `progress` may be empty; it is told "copying" or "comparing", the table and its records so far, and gives false to stop.
-/// 0 for success, else a number of result.h and a line in `problem`, UTF-8.
-KOVADBCALL_API int KovaMigrate(const char* from, const char* to,
-                               const std::function<bool(const char* what, const char* table, long long records)>& progress,
-                               std::string& problem);

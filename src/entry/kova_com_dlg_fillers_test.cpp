@@ -11,6 +11,7 @@
 
 #include "entry/kova_com_dlg.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 
 namespace {

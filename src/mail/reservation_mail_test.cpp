@@ -11,6 +11,7 @@
 #include "mail/mail_preview.h"
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/table.h"
 #include "platform/recordstore/testing/failing_reads.h"
 

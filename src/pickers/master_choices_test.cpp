@@ -7,6 +7,7 @@
 #include "pickers/name_files.h"
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 
 namespace kova::pickers {
 namespace {

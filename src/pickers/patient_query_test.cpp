@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/table.h"
 
 namespace kova::pickers {

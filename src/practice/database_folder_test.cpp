@@ -5,6 +5,7 @@
 #include "foundation/string_table.h"
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 
 namespace kova::practice {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/table.h"
 #include "platform/recordstore/testing/failing_reads.h"
 #include "printing/next_appointments.h"

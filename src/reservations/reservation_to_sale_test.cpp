@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/testing/failing_reads.h"
 #include "platform/recordstore/table.h"
 

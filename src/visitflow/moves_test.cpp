@@ -8,6 +8,7 @@
 
 #include "platform/os/testing/fake_files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/table.h"
 #include "platform/recordstore/testing/failing_reads.h"
 #include "visitflow/board_session.h"

@@ -7,6 +7,7 @@
 
 #include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "tests/recordstore/store_server.h"

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "platform/recordstore/testing/distant_engine.h"

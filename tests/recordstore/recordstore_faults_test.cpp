@@ -15,6 +15,7 @@
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/journal.h"

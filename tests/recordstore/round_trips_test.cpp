@@ -8,6 +8,7 @@
 #include "pickers/master_choices.h"
 #include "pickers/patient_query.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/engine.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"

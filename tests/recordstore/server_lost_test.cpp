@@ -10,6 +10,7 @@
 
 #include "platform/os/clock.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "platform/recordstore/table.h"
 #include "tests/recordstore/sales_at_work.h"

@@ -108,7 +108,7 @@ TEST_P(RecordStore, TheSpecialOperationsOfTables) {
 
 TEST_P(RecordStore, AUnitIsRetriedButNotInTheHostsTransaction) {
   RefusingEngine* engine = nullptr;
-  db_.WrapEngine([&](std::unique_ptr<store::Engine> wrapped) {
+  store::testing::EngineOf::Wrap(db_, [&](std::unique_ptr<store::Engine> wrapped) {
     auto refusing = std::make_unique<RefusingEngine>(std::move(wrapped));
     engine = refusing.get();
     return refusing;

@@ -13,6 +13,7 @@
 #include "platform/os/application_profile.h"
 #include "platform/os/clock.h"
 #include "platform/os/error_text.h"
+#include "platform/recordstore/administration.h"
 #include "practice/win32/server_password_dlg.h"
 #include "practice/win32/setting_dlg.h"
 #include "tests/windows/window_practice.h"

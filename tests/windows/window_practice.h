@@ -11,6 +11,7 @@
 #include "hosts/person/window_driver.h"
 #include "platform/os/files.h"
 #include "platform/os/testing/temporary_folder.h"
+#include "platform/recordstore/administration.h"
 #include "platform/recordstore/kovadbcall.h"
 #include "tests/recordstore/store_server.h"
 

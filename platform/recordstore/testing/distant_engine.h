@@ -6,8 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/recordstore/db_sys.h"
-#include "platform/recordstore/engine.h"
+#include "platform/recordstore/testing/wrap_engine.h"
 
 namespace kova::store::testing {
 
@@ -101,7 +100,7 @@ class DistantEngine : public Engine {
 
 /// Makes the open store of `db` a distant one.
 inline void PutFarAway(CKovaDBSys& db) {
-  db.WrapEngine([](std::unique_ptr<Engine> store) { return std::make_unique<DistantEngine>(std::move(store)); });
+  EngineOf::Wrap(db, [](std::unique_ptr<Engine> store) { return std::make_unique<DistantEngine>(std::move(store)); });
 }
 
 }  // namespace kova::store::testing

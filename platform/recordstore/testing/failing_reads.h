@@ -26,7 +26,7 @@ class FailingReads : public DistantEngine {
 
 /// From now on reads of `table` (its short name) give Busy.
 inline void FailReads(CKovaDBSys& db, const std::string& table) {
-  db.WrapEngine([&](std::unique_ptr<Engine> store) { return std::make_unique<FailingReads>(std::move(store), table); });
+  EngineOf::Wrap(db, [&](std::unique_ptr<Engine> store) { return std::make_unique<FailingReads>(std::move(store), table); });
 }
 
 }  // namespace kova::store::testing

@@ -7,6 +7,7 @@
 #include "foundation/string_table.h"
 #include "platform/os/drives.h"
 #include "platform/os/error_text.h"
+#include "platform/recordstore/administration.h"
 #include "platform/text932/cp932.h"
 #include "platform/toollib/tools.h"
 #include "platform/toollib/win32/browse_for_folder.h"
