@@ -198,6 +198,16 @@ TEST_F(Kovacall, KeepsRecordsInJapanese) {
   ExpectOut({"delete", "category", "5", "20"}, "0\n");
   ExpectOut({"dump", "category"}, title + "5\t10\t\t03\t\n");
   ExpectOut({"check-db"}, "0\n");
+  // A backup by its own word, and back.
+  std::filesystem::create_directories(folder_.Native() / "backups");
+  const ProgramRun made = Call({"backup", folder_.Argument() + "/backups"});
+  ASSERT_TRUE(made.out.starts_with("0\nbackup=")) << made.out << made.err;
+  const std::string backup = made.out.substr(9, made.out.find('\n', 9) - 9);
+  ExpectOut({"delete", "category", "5", "10"}, "0\n");
+  EXPECT_NE(Call({"restore", backup, folder_.Argument()}).out.find("kept="), std::string::npos);
+  ExpectOut({"dump", "category"}, title + "5\t10\t\t03\t\n");
+  EXPECT_NE(Call({"salvage", folder_.Argument(), folder_.Argument() + "/saved"}).out.find("category: 1 saved, 0 lost\n"),
+            std::string::npos);
 }
 
 TEST_F(Kovacall, TurnsAFeeIntoASale) {

@@ -1,6 +1,7 @@
 // kovacall: calls one exported operation and prints what it gives. The support engineer's tool.
 
 #include "hosts/console/console.h"
+#include "hosts/kovacall/backup_commands.h"
 #include "hosts/kovacall/board_commands.h"
 #include "hosts/kovacall/controls_commands.h"
 #include "hosts/kovacall/exchange_commands.h"
@@ -27,6 +28,7 @@ constexpr std::string_view kUsage =
 
 std::vector<TableCommand> Commands() {
   std::vector<TableCommand> all = TableCommands();
+  all.insert(all.end(), BackupCommands().begin(), BackupCommands().end());
   all.insert(all.end(), BoardCommands().begin(), BoardCommands().end());
   all.insert(all.end(), ExchangeCommands().begin(), ExchangeCommands().end());
   all.insert(all.end(), NoticeCommands().begin(), NoticeCommands().end());

@@ -30,12 +30,6 @@ const TableDef& TableArgument(const Arguments& arguments) {
   return *table;
 }
 
-/// A result of the store as the command's answer, with what it means on standard error.
-void PrintResult(int result) {
-  Print(std::to_string(result) + "\n");
-  if (result != 0) PrintError("result " + DescribeResult(result) + "\n");
-}
-
 void Bind(AnyTable& table, Practice& practice) {
   const int bound = table.SetAssociatedDB(&practice.Database());
   if (bound != 0) throw UsageError("cannot bind the table: result " + DescribeResult(bound));
@@ -259,12 +253,6 @@ std::string FolderArgument(const Arguments& arguments) {
   return TextArgument(arguments.front(), "the folder");
 }
 
-/// The result and, where it is a failure that there is more to say of, a line of it.
-void PrintOutcome(int result, const std::string& problem) {
-  PrintResult(result);
-  if (result != 0 && !problem.empty()) Print("problem=" + ShowControls(problem) + "\n");
-}
-
 void CreateDb(const Arguments& arguments, Practice&) {
   std::string problem;
   const int result = KovaCreateDatabase(FolderArgument(arguments).c_str(), &problem);
@@ -328,6 +316,16 @@ void Tables(const Arguments& arguments, Practice&) {
 }
 
 }  // namespace
+
+void PrintResult(int result) {
+  Print(std::to_string(result) + "\n");
+  if (result != 0) PrintError("result " + DescribeResult(result) + "\n");
+}
+
+void PrintOutcome(int result, const std::string& problem) {
+  PrintResult(result);
+  if (result != 0 && !problem.empty()) Print("problem=" + ShowControls(problem) + "\n");
+}
 
 const std::vector<TableCommand>& TableCommands() {
   static const std::vector<TableCommand> commands = {

@@ -21,4 +21,9 @@ struct TableCommand {
 
 const std::vector<TableCommand>& TableCommands();
 
+/// A result of the store as the command's answer, with what it means on standard error; with a line of what there is more to say
+/// of a failure.
+void PrintResult(int result);
+void PrintOutcome(int result, const std::string& problem);
+
 }  // namespace kova::hosts

@@ -42,3 +42,20 @@ KOVADBCALL_API int KovaServerRights(const char* folder, std::string& sql);
 KOVADBCALL_API int KovaMigrate(const char* from, const char* to,
                                const std::function<bool(const char* what, const char* table, long long records)>& progress,
                                std::string& problem);
+
+/// Copies the database of a folder while everybody works, checks the copy, and gives its folder in `made` (code page 932):
+/// kova-YYYYMMDD-hhmmss in the folder `backups`, which exists. That folder holds the records, the files beside the
+/// database and the mail templates, and can be opened as a database folder. Nothing of it is left when that fails. `goOn` may be
+/// empty; it is asked now and then and gives false to stop. 0 for success, else a number of result.h and a line in `problem`
+/// (UTF-8). A folder whose records live on a server gives result BadArgument: the server has its own way.
+KOVADBCALL_API int KovaBackUp(const char* folder, const char* backups, const std::function<bool()>& goOn, std::string& made,
+                              std::string& problem);
+
+/// Puts a backup into a folder, which is made when missing. What was there is kept in a folder in it, `kept`; empty when
+/// nothing was there. Result Busy, and nothing is done, while a program has that database open; on a network drive an idle program
+/// cannot be seen, so close all of them. 0 for success.
+KOVADBCALL_API int KovaRestore(const char* backup, const char* folder, std::string& kept, std::string& problem);
+
+/// Saves what can be read of a damaged database, which is not written to, into a new folder. `report` gets a line a table,
+/// UTF-8: how many records were saved and how many lost, with the keys of the lost ones. 0 for success, also when records are lost.
+KOVADBCALL_API int KovaSalvage(const char* damaged, const char* to, std::string& report, std::string& problem);

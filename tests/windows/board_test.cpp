@@ -297,6 +297,40 @@ TEST_F(VisitFlowWindow, TwoHostsOnOnePractice) {
   ExpectBothMoved();
 }
 
+TEST_F(VisitFlowWindow, TheFirstOfTheDayMakesTheBackupAndOneThatFailedIsTold) {
+  if (!Environment("KOVA_SERVER_KIND").empty()) return;  // a server has its own backups
+  const auto backups = practice_.Native() / "backups";
+  std::filesystem::create_directories(backups);
+  T::SetGlobalSettingString("GLOBAL", "BackupFolder", (practice_.Folder() + "backups").c_str());
+  const auto open = [&](const std::function<void()>& person) {
+    Work([] { CKovaComDlg::OpenVisitFlowDialog(kDay); }, [&] {
+      person();
+      HWND board = Dialog(kTitle);
+      Press(board, IDCANCEL);
+      WaitUntilClosed(board);
+    });
+  };
+  const auto made = [&] {
+    for (const auto& each : std::filesystem::directory_iterator(backups))
+      if (std::filesystem::exists(each.path() / "kova.db") && each.path().extension().empty()) return true;
+    return false;
+  };
+  open([&] { WaitFor("the backup", made); });
+  std::string line;
+  WaitFor("the report", [&] {
+    return kova::os::RealFiles().Read(practice_.Folder() + "kova.backup", 1000, line) == kova::os::FileOutcome::kOk;
+  });
+  const std::size_t result = line.find(' ', 9) + 1;
+  line[result] = '9';  // as if it had failed
+  ASSERT_EQ(kova::os::RealFiles().Replace(practice_.Folder() + "kova.backup", line), kova::os::FileOutcome::kOk);
+  open([&] {
+    HWND told = MessageBoxWindow("データベースの自動バックアップができませんでした（結果番号 9）。");
+    Photograph(told, "backup_failed");
+    PressKey(told, VK_RETURN);
+  });
+  open([] {});  // once a day
+}
+
 TEST_F(VisitFlowWindow, OpensOnADatabaseThatCannotBeOpenedYet) {
   AddDay();
   const auto file = practice_.Native() / (Environment("KOVA_SERVER_KIND").empty() ? "INDEXCONTROL.BTR" : "kova.server");

@@ -1,72 +1,16 @@
 // Laying out and opening the database file in a database folder.
 
-#include <fstream>
-
 #include "platform/os/files.h"
 #include "platform/os/filesystem_path.h"
 #include "platform/os/paths.h"
+#include "platform/recordstore/sqlite/database_file.h"
 #include "platform/recordstore/sqlite/sqlite_engine.h"
 #include "platform/recordstore/sqlite/read_sql.h"
-#include "platform/text932/cp932.h"
 
 namespace kova::store {
 namespace {
 
-constexpr int kSchemaVersion = 3;           // stored; a change needs a step in UpgradeSql
-constexpr int kApplicationId = 0x4B4F5641;  // stored; do not change
-constexpr std::string_view kDatabaseFile = "kova.db";
-constexpr std::string_view kLockFile = "kova.db.lock";  // between programs; do not change
-constexpr int kWaitForSettingUp = 5000;                 // ms
 constexpr int kWaitForUpgrade = 1000;                   // for a program that may have it open all day
-
-std::filesystem::path InFolder(std::string_view folder, std::string_view file) {
-  return os::ToFilesystemPath(folder) / std::string(file);
-}
-
-std::string Utf8Of(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
-Connection Connect(const std::filesystem::path& file, int flags, int& code) {
-  sqlite3* raw = nullptr;
-  // A connection belongs to one thread; a mutex around every column read would cost a sixth of the reading.
-  flags |= SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;
-  code = sqlite3_open_v2(Utf8Of(file).c_str(), &raw, flags, nullptr);
-  Connection connection(raw);
-  if (code == SQLITE_OK) sqlite3_busy_timeout(raw, kWaitForSettingUp);
-  return connection;
-}
-
-Result QueryText(sqlite3* connection, const char* sql, std::string& value) {
-  sqlite3_stmt* raw = nullptr;
-  int code = sqlite3_prepare_v2(connection, sql, -1, &raw, nullptr);
-  const Statement statement(raw);
-  if (code == SQLITE_OK) code = sqlite3_step(raw);
-  if (code != SQLITE_ROW) return code == SQLITE_DONE ? Result::kDamaged : FromSqlite(code);
-  value = ColumnText(raw, 0);
-  return Result::kDone;
-}
-
-// Bytes 18 and 19 of the file are 2 while it is in write-ahead mode.
-bool IsInWriteAheadMode(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  char header[20] = {};
-  return in.read(header, sizeof header) && header[18] == 2;
-}
-
-/// `version` is that of the file's layout where the result is kDone or kOldVersion.
-Result CheckVersion(sqlite3* connection, int& version) {
-  std::string value;
-  Result result = QueryText(connection, "PRAGMA application_id", value);
-  if (result != Result::kDone) return result;
-  if (value != std::to_string(kApplicationId)) return Result::kDamaged;
-  result = QueryText(connection, "PRAGMA user_version", value);
-  if (result != Result::kDone) return result;
-  version = std::atoi(value.c_str());
-  if (version < 1 || version > kSchemaVersion) return Result::kWrongVersion;
-  return version == kSchemaVersion ? Result::kDone : Result::kOldVersion;
-}
 
 // Write-ahead logging shares memory between its users and so works on one machine only: over a network SQLite
 // must not even read a file in that mode, but exclusively, when it uses no shared memory.
@@ -87,24 +31,6 @@ Result MarkForNetwork(sqlite3* connection) {
   }
   if (result == Result::kDone) result = Execute(connection, "PRAGMA locking_mode = NORMAL");
   if (result == Result::kDone) result = QueryText(connection, "SELECT count(*) FROM store_info", mode);
-  return result;
-}
-
-// Copies the database, which nobody writes meanwhile, into a new file beside it.
-Result CopyDatabase(sqlite3* connection, const std::filesystem::path& to) {
-  std::error_code error;
-  std::filesystem::remove(to, error);
-  int code = SQLITE_OK;
-  {
-    const Connection copy = Connect(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, code);
-    if (code == SQLITE_OK) {
-      sqlite3_backup* const backup = sqlite3_backup_init(copy.get(), "main", connection, "main");
-      if (backup != nullptr) (void)sqlite3_backup_step(backup, -1);
-      code = backup != nullptr ? sqlite3_backup_finish(backup) : sqlite3_errcode(copy.get());
-    }
-  }
-  const Result result = FromSqlite(code);
-  if (result != Result::kDone) std::filesystem::remove(to, error);
   return result;
 }
 
@@ -183,13 +109,6 @@ std::string LayoutSql(bool overNetwork) {
         CreateTableSql(SqlForm(), table) + "INSERT INTO change_stamp VALUES ('" + std::string(table.name) + "', 1);\n";
   }
   return sql + "COMMIT;\n";
-}
-
-bool WriteMarker(const std::filesystem::path& file) {
-  std::ofstream out(file, std::ios::binary);
-  out << "This file marks a database folder. The records are in " << kDatabaseFile << ".\r\n";
-  out.close();
-  return out.good();
 }
 
 }  // namespace

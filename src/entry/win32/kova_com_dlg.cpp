@@ -4,6 +4,7 @@
 #include <ctime>
 #include <optional>
 
+#include "entry/daily_backup.h"
 #include "entry/host_prompts.h"
 #include "entry/kova_sub_tools.h"
 #include "entry/session.h"
@@ -37,6 +38,7 @@ int Choose(const std::optional<int>& chosen, int* number) {
 
 int OpenBoard(const std::string& date) {
   Session session;
+  entry::MindDailyBackup(session);
   CKovaDBSys db;
   // Where it cannot be opened the board says so; one that is lost later is opened anew until it is back.
   const auto open = [&] { (void)db.OpenDB(foundation::DatabaseFolder(session.profile).c_str()); };
@@ -57,6 +59,7 @@ int CKovaComDlg::OpenMailTemplateSetting(CWnd* parent, int mode, int* number, CK
   if (!mail::IsTemplateRole(mode)) return 0;
   return Guarded(0, [&] {
     TemplateSession session;
+    entry::MindDailyBackup(Session());
     mail::TemplateEditorDialog dialog({session.templates, session.settings, db},
                                       static_cast<mail::TemplateRole>(mode));
     return Choose(dialog.Run(HandleOf(parent)), number);
@@ -86,7 +89,9 @@ int CKovaComDlg::OpenVisitFlowDialog(int year, int month, int day) {
 
 CString CKovaComDlg::KCDQueryPatientData(CKovaDBSys* db, const char* mode, const char* text) {
   return Guarded(CString(), [&] {
-    const bool withMaidenName = Session().profile.GetInt("KOVAMENTE", "WithMaidenName", 0) != 0;
+    const Session session;
+    entry::MindDailyBackup(session);
+    const bool withMaidenName = session.profile.GetInt("KOVAMENTE", "WithMaidenName", 0) != 0;
     pickers::CQueryPatientDlg dialog(db, pickers::SearchModeOf(View(mode)), std::string(View(text)),
                                      withMaidenName);
     return ToCString(dialog.Run(nullptr));
