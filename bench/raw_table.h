@@ -71,6 +71,15 @@ inline std::string InsertSql(const store::TableDef& table) {
   return "INSERT INTO " + std::string(table.name) + " (" + columns + ") VALUES (" + places + ")";
 }
 
+/// "UPDATE table SET fields, keys WHERE id = ?".
+inline std::string UpdateSql(const store::TableDef& table) {
+  std::string columns;
+  for (const store::FieldDef& field : table.fields) columns += field.name + " = ?, ";
+  for (const store::KeyDef& key : table.keys) columns += "key" + std::to_string(key.number) + " = ?, ";
+  columns.resize(columns.size() - 2);
+  return "UPDATE " + std::string(table.name) + " SET " + columns + " WHERE id = ?";
+}
+
 /// Binds the record's fields as they are (its texts are ASCII here) and its keys.
 inline void BindRow(sqlite3_stmt* insert, const store::TableDef& table, const char* record) {
   int at = 1;

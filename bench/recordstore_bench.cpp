@@ -1,6 +1,7 @@
 // The record store against prepared SQLite statements on the same table, a million reservations.
 // recordstore_bench PRACTICE: the large practice's folder. What it inserts it takes back.
 
+#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -146,6 +147,60 @@ void Inserts(CKovaDBSys& db, RawDatabase& raw, const tagRESERVATION& model) {
   sqlite3_finalize(insert);
 }
 
+/// What it costs that a write over a record enters what the record was: the same statements by hand, without that.
+void WritesWithJournal(CKovaDBSys& db, RawDatabase& raw, const std::vector<tagRESERVATION>& picked, bool isDurable) {
+  constexpr int kWrites = 500;
+  On<CReservationDB> table(db);
+  const std::string select = "SELECT " + Columns(Table()) + " FROM reservation WHERE ";
+  sqlite3_stmt* find = raw.Prepare(select + "key0 = ?");
+  sqlite3_stmt* again = raw.Prepare(select + "id = ?");
+  sqlite3_stmt* update = raw.Prepare(UpdateSql(Table()));
+  sqlite3_stmt* stamp = raw.Prepare("UPDATE change_stamp SET stamp = stamp + 1 WHERE tableName = 'reservation'");
+  const auto memo = [](tagRESERVATION& record, int round, int i) { PutText(record.memo, std::to_string(round * kWrites + i)); };
+  const auto row = [](sqlite3_stmt* statement) {
+    tagRESERVATION record{};
+    Check(sqlite3_step(statement) == SQLITE_ROW, "raw read");
+    ReadRow(statement, Table(), reinterpret_cast<char*>(&record));
+    return record;
+  };
+  Compare(
+      isDurable ? "Update, each on the disk, with its journal" : "Update in a transaction, with its journal", "<= 1.3",
+      isDurable ? 11 : kRounds, kWrites,
+      [&](int round) {
+        if (!isDurable) Check(table.BeginTran() == 0, "BeginTran");
+        for (int i = 0; i < kWrites; ++i) {
+          Check(table.GetReservationData(std::string(GetText(picked[static_cast<std::size_t>(i)].reservationNumber)).c_str()) == 0, "read");
+          memo(table.record, round, i);
+          Check(table.Update(UPDATE_IF_UNCHANGED) == 0, "Update");
+        }
+        if (!isDurable) Check(table.EndTran() == 0, "EndTran");
+      },
+      [&](int round) {
+        if (!isDurable) raw.Run("BEGIN IMMEDIATE");
+        for (int i = 0; i < kWrites; ++i) {
+          const std::string key = store::MakeKey(Table().keys[0], reinterpret_cast<const char*>(&picked[static_cast<std::size_t>(i)]));
+          sqlite3_bind_blob(find, 1, key.data(), static_cast<int>(key.size()), SQLITE_STATIC);
+          tagRESERVATION record = row(find);
+          const sqlite3_int64 id = sqlite3_column_int64(find, 0);
+          sqlite3_reset(find);
+          if (isDurable) raw.Run("BEGIN IMMEDIATE");
+          sqlite3_bind_int64(again, 1, id);
+          const tagRESERVATION stored = row(again);
+          sqlite3_reset(again);
+          Check(std::memcmp(&stored, &record, sizeof record) == 0, "unchanged");
+          memo(record, -round, i);
+          BindRow(update, Table(), reinterpret_cast<const char*>(&record));
+          sqlite3_bind_int64(update, sqlite3_bind_parameter_count(update), id);
+          Check(sqlite3_step(update) == SQLITE_DONE, "raw update");
+          sqlite3_reset(update);
+          if (isDurable) Check(sqlite3_step(stamp) == SQLITE_DONE && sqlite3_reset(stamp) == SQLITE_OK, "raw stamp");
+          if (isDurable) raw.Run("COMMIT");
+        }
+        if (!isDurable) raw.Run("COMMIT");
+      });
+  for (sqlite3_stmt* each : {find, again, update, stamp}) sqlite3_finalize(each);
+}
+
 int Main(const std::string& practice) {
   CKovaDBSys db;
   Check(db.OpenDB(practice.c_str()) == 0, "OpenDB");
@@ -155,6 +210,8 @@ int Main(const std::string& practice) {
   PointReads(db, raw, picked);
   Walks(db, raw, picked);
   Inserts(db, raw, picked.front());
+  WritesWithJournal(db, raw, picked, false);
+  WritesWithJournal(db, raw, picked, true);
   return 0;
 }
 

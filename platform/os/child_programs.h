@@ -3,6 +3,8 @@
 // Programs started on the user's behalf and waited for.
 
 #include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace kova::os {
@@ -33,6 +35,11 @@ class ChildPrograms {
   /// its one argument; its standard streams lead nowhere.
   virtual ChildResult Run(std::string_view commandLine, int limit) = 0;
 };
+
+/// Starts one of this project's own programs, which take their arguments in Unicode, hidden and without inherited handles,
+/// and leaves it to itself: it goes on when this one ends. `program` is a full name; it and the arguments are code page
+/// 932, and each argument arrives as it is, blanks, quotes and "\\" at its end included. False when it cannot be started.
+[[nodiscard]] bool StartProgram(std::string_view program, std::span<const std::string> arguments);
 
 /// The machine's own programs. It keeps no state.
 ChildPrograms& RealChildPrograms();

@@ -24,6 +24,15 @@ namespace {
 
 constexpr int kPatience = 30000;  // milliseconds
 
+/// The system's number of what it refused last; 0 where it has none.
+unsigned long LastError() {
+#ifdef _WIN32
+  return GetLastError();
+#else
+  return 0;
+#endif
+}
+
 std::string ThisProgram() {
 #ifdef _WIN32
   return ProgramFolder() + "child_programs_test.exe";
@@ -61,7 +70,7 @@ ChildResult RunDeed(const std::string& deed, int limit = kPatience) {
 TEST(ChildPrograms, TellsHowTheChildEnded) {
   for (const int code : {0, 1, 7}) {
     const ChildResult result = RunDeed("exit " + std::to_string(code));
-    EXPECT_EQ(result.outcome, ChildOutcome::kExited) << code;
+    EXPECT_EQ(result.outcome, ChildOutcome::kExited) << code << ": " << LastError();
     EXPECT_EQ(result.exitCode, static_cast<std::uint32_t>(code));
   }
   const ChildResult crashed = RunDeed("crash");

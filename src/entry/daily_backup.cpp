@@ -6,6 +6,7 @@
 #include "foundation/folders.h"
 #include "platform/os/child_programs.h"
 #include "platform/os/clock.h"
+#include "platform/os/paths.h"
 #include "platform/os/program.h"
 #include "practice/daily_backup.h"
 
@@ -50,8 +51,8 @@ void MindDailyBackup(const Session& session) {
   const std::tm now = os::LocalTime();
   std::string complaint = practice::BackupComplaint(session.files, folder, backups, now);
   if (practice::IsBackupDue(session.files, folder, now) && MayStart()) {
-    const std::string command = practice::DailyBackupCommand(os::ProgramFolder(), folder, backups);
-    if (os::RealChildPrograms().Run(command, 0).outcome == os::ChildOutcome::kNotStarted)
+    const std::string arguments[] = {"daily-backup", folder, backups};
+    if (!os::StartProgram(os::JoinPath(os::ProgramFolder(), "kovacall.exe"), arguments))
       complaint = practice::NoBackupProgramText(backups);
   }
   if (!complaint.empty() && MayTell(now)) HostPrompts().Inform(complaint);

@@ -70,12 +70,6 @@ void DropOldBackups(os::Files& files, std::string_view backupFolder, const std::
   for (std::size_t i = 0; i + kBackupsKept < names.size(); ++i) Remove(backupFolder, names[i]);
 }
 
-/// As an argument: in quotes, and without the delimiter at the end that would take the closing one for its own.
-std::string Quoted(std::string_view folder) {
-  const bool ends = os::DropTrailingDelimiter(folder).size() != folder.size();
-  return "\"" + std::string(folder) + (ends ? "." : "") + "\"";
-}
-
 }  // namespace
 
 std::optional<BackupReport> ReadBackupReport(os::Files& files, std::string_view databaseFolder) {
@@ -105,11 +99,6 @@ int MakeDailyBackup(os::Files& files, std::string_view databaseFolder, std::stri
   WriteReport(files, databaseFolder, now, result, result == 0 ? made : problem);
   if (result == 0) DropOldBackups(files, backupFolder, DayOf(now));
   return result;
-}
-
-std::string DailyBackupCommand(std::string_view programFolder, std::string_view databaseFolder, std::string_view backupFolder) {
-  return "\"" + os::JoinPath(programFolder, "kovacall.exe") + "\" daily-backup " + Quoted(databaseFolder) + " " +
-         Quoted(backupFolder);
 }
 
 std::string BackupComplaint(os::Files& files, std::string_view databaseFolder, std::string_view backupFolder,

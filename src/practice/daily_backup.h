@@ -32,9 +32,6 @@ bool IsBackupDue(os::Files& files, std::string_view databaseFolder, const std::t
 int MakeDailyBackup(os::Files& files, std::string_view databaseFolder, std::string_view backupFolder, const std::tm& now,
                     std::string& problem);
 
-/// The command that does this in a program of its own, which goes on when the one that starts it ends.
-std::string DailyBackupCommand(std::string_view programFolder, std::string_view databaseFolder, std::string_view backupFolder);
-
 /// What the user is told of a backup that failed; empty when the last one of that day did not.
 std::string BackupComplaint(os::Files& files, std::string_view databaseFolder, std::string_view backupFolder,
                             const std::tm& now);

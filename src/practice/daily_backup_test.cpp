@@ -92,10 +92,5 @@ TEST_F(DailyBackup, OfTwoProgramsOneMakesIt) {
   EXPECT_EQ(Count(), 1);
 }
 
-TEST(DailyBackupCommand, QuotesFolders) {
-  EXPECT_EQ(DailyBackupCommand("C:\\表\\", "D:\\", "E:\\b c"),
-            "\"C:\\表\\kovacall.exe\" daily-backup \"D:\\.\" \"E:\\b c\"");
-}
-
 }  // namespace
 }  // namespace kova::practice

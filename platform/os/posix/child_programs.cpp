@@ -98,6 +98,19 @@ class PosixChildPrograms final : public ChildPrograms {
 
 }  // namespace
 
+bool StartProgram(std::string_view program, std::span<const std::string> arguments) {
+  std::vector<std::string> words = {NativePath(program)};
+  for (const std::string& each : arguments) words.push_back(text932::ToUtf8(each));
+  std::vector<char*> argv;
+  for (std::string& each : words) argv.push_back(each.data());
+  argv.push_back(nullptr);
+  const NoInheritance actions;
+  pid_t child = 0;
+  if (posix_spawn(&child, argv.front(), actions.Get(), nullptr, argv.data(), environ) != 0) return false;
+  ReapLater(child);
+  return true;
+}
+
 ChildPrograms& RealChildPrograms() {
   static PosixChildPrograms programs;
   return programs;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/os/win32/handle.h"
+#include "platform/text932/cp932.h"
 
 namespace kova::os {
 namespace {
@@ -53,7 +54,37 @@ class Win32ChildPrograms final : public ChildPrograms {
   }
 };
 
+/// As CommandLineToArgvW takes it apart: "\\" is doubled where a quote follows, and a quote has one before it.
+void AppendQuoted(std::wstring& line, const std::wstring& argument) {
+  line += L" \"";
+  std::size_t slashes = 0;
+  for (const wchar_t c : argument) {
+    if (c == L'"') line.append(slashes + 1, L'\\');
+    slashes = c == L'\\' ? slashes + 1 : 0;
+    line += c;
+  }
+  line.append(slashes, L'\\');
+  line += L'"';
+}
+
+std::wstring Wide(std::string_view text) {
+  const std::u16string units = text932::ToUtf16(text);
+  return {units.begin(), units.end()};
+}
+
 }  // namespace
+
+bool StartProgram(std::string_view program, std::span<const std::string> arguments) {
+  std::wstring line = L"\"" + Wide(program) + L"\"";  // a file's name holds no quote
+  for (const std::string& each : arguments) AppendQuoted(line, Wide(each));
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION information{};
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &startup, &information))
+    return false;
+  const Handle process(information.hProcess), thread(information.hThread);
+  return true;
+}
 
 ChildPrograms& RealChildPrograms() {
   static Win32ChildPrograms programs;
